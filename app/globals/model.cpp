@@ -1,0 +1,25 @@
+#include "app/globals/model.h"
+
+const QStringList g_modelNames = {QStringLiteral("Quillbox_K1"), QStringLiteral("Quillbox_K2")};
+std::atomic<qint32> g_modelIndex{0};
+std::atomic<bool> g_modelConfirmed{false};
+
+namespace {
+constexpr int kHeadWidthK1 = 384;
+constexpr int kHeadWidthK2 = 576;
+} // namespace
+
+int printHeadWidth()
+{
+    return g_modelIndex == 1 ? kHeadWidthK2 : kHeadWidthK1;
+}
+
+QString modelName(int index)
+{
+    return g_modelNames.value(index);
+}
+
+int modelIndex(const QString& name)
+{
+    return qMax(0, g_modelNames.indexOf(name));
+}

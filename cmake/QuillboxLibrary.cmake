@@ -1,0 +1,93 @@
+# The one place that says how a library, a program and a test of this tree are made. Every library names the
+# neighbours that it may use; the same list links it and is what the "include_layers" test checks.
+
+add_library(quillbox_build_flags INTERFACE)
+if(MSVC)
+    target_compile_options(quillbox_build_flags INTERFACE /W4 /utf-8 $<$<BOOL:${QUILLBOX_WERROR}>:/WX>)
+else()
+    # Pictures are exact to the bit, so products and sums may not be fused, and 32-bit builds must not
+    # compute in the x87's 80-bit registers.
+    target_compile_options(quillbox_build_flags INTERFACE
+        -Wall -Wextra -Wshadow -Wconversion -ffp-contract=off $<$<BOOL:${QUILLBOX_WERROR}>:-Werror>)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
+        target_compile_options(quillbox_build_flags INTERFACE -msse2 -mfpmath=sse)
+    endif()
+    if(QUILLBOX_SANITIZE)
+        target_compile_options(quillbox_build_flags INTERFACE
+            -fsanitize=${QUILLBOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(quillbox_build_flags INTERFACE -fsanitize=${QUILLBOX_SANITIZE})
+    endif()
+endif()
+target_compile_definitions(quillbox_build_flags INTERFACE
+    QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_DEPRECATED_WARNINGS QT_MESSAGELOGCONTEXT)
+target_include_directories(quillbox_build_flags INTERFACE ${PROJECT_SOURCE_DIR})
+
+# Turns module names into targets: "globals" is quillbox_globals, "Qt5::Core" stays itself.
+function(quillbox_targets out)
+    set(targets)
+    foreach(use IN LISTS ARGN)
+        if(use MATCHES "::")
+            list(APPEND targets ${use})
+        else()
+            list(APPEND targets quillbox::${use})
+        endif()
+    endforeach()
+    set(${out} ${targets} PARENT_SCOPE)
+endfunction()
+
+function(quillbox_record_layer name folder uses headers)
+    string(REPLACE ";" "," uses "${uses}")
+    string(REPLACE ";" "," headers "${headers}")
+    set_property(GLOBAL APPEND PROPERTY QUILLBOX_LAYERS "${name}|${folder}|${uses}|${headers}")
+endfunction()
+
+# quillbox_add_library(<name> SOURCES <files…> [USES <modules and imported targets…>])
+# The aliases quillbox::<name> make a misspelt neighbour an error of the configure step.
+function(quillbox_add_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+    add_library(quillbox_${name} STATIC ${ARG_SOURCES})
+    add_library(quillbox::${name} ALIAS quillbox_${name})
+    quillbox_targets(targets ${ARG_USES})
+    target_link_libraries(quillbox_${name} PUBLIC ${targets} PRIVATE quillbox_build_flags)
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    quillbox_record_layer(${name} ${folder} "${ARG_USES}" "")
+endfunction()
+
+# A contract of headers alone that may be used without the library of its folder.
+function(quillbox_add_header_contract name)
+    cmake_parse_arguments(ARG "" "" "HEADERS" ${ARGN})
+    add_library(quillbox_${name} INTERFACE)
+    add_library(quillbox::${name} ALIAS quillbox_${name})
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    list(TRANSFORM ARG_HEADERS PREPEND "${folder}/")
+    quillbox_record_layer(${name} "" "" "${ARG_HEADERS}")
+endfunction()
+
+# quillbox_add_test(<name> SOURCES <files…> USES <modules…> LABEL unit|ui [TIMEOUT <seconds>])
+function(quillbox_add_test name)
+    cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;USES" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 300)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    quillbox_targets(targets ${ARG_USES})
+    target_link_libraries(${name} PRIVATE ${targets} quillbox_build_flags Qt5::Test)
+    add_test(NAME ${name} COMMAND ${name})
+    quillbox_test_environment(${name})
+    set_tests_properties(${name} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
+endfunction()
+
+# No test opens a window on somebody's desktop or touches a person's settings.
+function(quillbox_test_environment name)
+    set(suppressions ${PROJECT_SOURCE_DIR}/tests/suppressions)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "\
+QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test_config/${name};\
+LSAN_OPTIONS=suppressions=${suppressions}/lsan.txt:print_suppressions=0;\
+TSAN_OPTIONS=suppressions=${suppressions}/tsan.txt:halt_on_error=1;UBSAN_OPTIONS=print_stacktrace=1")
+endfunction()
+
+function(quillbox_write_layers)
+    get_property(layers GLOBAL PROPERTY QUILLBOX_LAYERS)
+    list(JOIN layers "\n" text)
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/layers.txt CONTENT "${text}\n" @ONLY)
+endfunction()
