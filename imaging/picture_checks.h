@@ -1,0 +1,48 @@
+#pragma once
+
+#include "imaging/image_buffer.h"
+
+#include <cstddef>
+#include <limits>
+
+/// What every operation asks about a record before it touches a byte.
+namespace imaging {
+
+constexpr std::int32_t kDone = 1;    ///< also when there was nothing to do
+constexpr std::int32_t kRefused = 0; ///< the record stays as far as the operation had got
+
+/// Larger pictures are refused: at four bytes a pixel their size leaves the record's 32-bit numbers, so what
+/// `width` and `height` claim cannot be true of any picture of this client.
+constexpr std::int64_t kMaxPixels = std::numeric_limits<std::int32_t>::max() / 4;
+
+inline bool isNull(const ImageBuffer* image)
+{
+    return !image || !image->data;
+}
+
+/// Pixels of the picture; 0 when either side is zero or negative.
+inline std::int64_t pixelCount(const ImageBuffer& image)
+{
+    if (image.width <= 0 || image.height <= 0)
+        return 0;
+    return std::int64_t{image.width} * image.height;
+}
+
+inline bool isTooLarge(const ImageBuffer& image)
+{
+    return pixelCount(image) > kMaxPixels;
+}
+
+/// The picture's grey or binary bytes as a length; only for pictures that are not too large.
+inline std::size_t byteCount(const ImageBuffer& image)
+{
+    return static_cast<std::size_t>(pixelCount(image));
+}
+
+/// First byte of row y of a grey or binary picture.
+inline std::uint8_t* rowOf(const ImageBuffer& image, std::int32_t y)
+{
+    return image.data + static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width);
+}
+
+} // namespace imaging

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "tests/imaging/pictures.h"
+
+/// Slow versions that follow the definitions to the letter, one pixel at a time; the library must give the same bits.
+namespace plain {
+
+inline int grayOf(const std::uint8_t* p, int format)
+{
+    const int word = p[0] + 256 * p[1];
+    if (format == FormatBgr24)
+        return (299 * p[2] + 587 * p[1] + 114 * p[0] + 500) / 1000;
+    if (format == FormatRgb565)
+        return (word / 2048 * 8 + word / 32 % 64 * 4 + word % 32 * 8) / 3;
+    return format == FormatXrgb32 ? (p[1] + p[2] + p[3]) / 3 : (p[0] + p[1] + p[2]) / 3;
+}
+
+/// `shares` by row and column, from two columns behind the pixel; `turning` runs every second row leftwards.
+inline Bytes diffused(const Bytes& gray, int width, const int (&shares)[3][5], int whole, bool turning)
+{
+    std::vector<int> field(gray.begin(), gray.end());
+    const int count = int(gray.size());
+    for (int i = 0; i < count; ++i) {
+        const int y = i / width;
+        const int ahead = turning && y % 2 == 1 ? -1 : 1;
+        const int x = ahead > 0 ? i % width : width - 1 - i % width;
+        int& pixel = field[y * width + x];
+        const int error = pixel >= 128 ? pixel - 255 : pixel;
+        pixel = pixel >= 128 ? 255 : 0;
+        for (int k = 0; k < 15; ++k) {
+            const int column = x + ahead * (k % 5 - 2);
+            const int target = (y + k / 5) * width + column;
+            if (column >= 0 && column < width && target < count)
+                field[target] += shares[k / 5][k % 5] * error / whole;
+        }
+    }
+    return Bytes(field.begin(), field.end());
+}
+
+inline Bytes stucki(const Bytes& gray, int width)
+{
+    return diffused(gray, width, {{0, 0, 0, 8, 4}, {2, 4, 8, 4, 2}, {1, 2, 4, 2, 1}}, 42, false);
+}
+
+inline Bytes floydSteinberg(const Bytes& gray, int width)
+{
+    return diffused(gray, width, {{0, 0, 0, 7, 0}, {0, 3, 5, 1, 0}, {}}, 16, true);
+}
+
+/// Turns the pixels of one colour whose neighbours at `offsets` are all white, where `margin` lets them be looked at.
+inline Bytes turned(Bytes dots, int width, int height, int margin, int colour, const std::vector<int>& offsets)
+{
+    for (int i = 0; i < width * height; ++i) {
+        const int toBorder = std::min({i % width, width - 1 - i % width, i / width, height - 1 - i / width});
+        if (dots[i] == colour && toBorder >= margin &&
+            std::all_of(offsets.begin(), offsets.end(), [&](int offset) { return dots[i + offset] == 255; }))
+            dots[i] = std::uint8_t(255 - colour);
+    }
+    return dots;
+}
+
+inline Bytes withoutIsolatedDots(const Bytes& dots, int width, int height)
+{
+    return turned(dots, width, height, 1, 0, {-width - 1, -width, 1 - width, -1, 1, width - 1, width});
+}
+
+inline Bytes withMarkedWhite(const Bytes& dots, int width, int height)
+{
+    std::vector<int> square;
+    for (int i = 0; i < 49; ++i)
+        square.push_back((i / 7 - 3) * width + i % 7 - 3);
+    return turned(dots, width, height, 3, 255, square);
+}
+
+} // namespace plain

@@ -1,0 +1,225 @@
+#include "imaging/adaptive_binarize.h"
+#include "imaging/binarize.h"
+#include "imaging/conversion.h"
+#include "imaging/thresholds.h"
+#include "tests/imaging/plain_versions.h"
+
+#include <QtTest>
+
+#include <climits>
+#include <numeric>
+
+using Levels = QVector<int>;
+
+// Otsu, Yen, cross-entropy, mean.
+static Levels thresholds(const std::function<int(int)>& countOf)
+{
+    imaging::Histogram h;
+    for (int level = 0; level < 256; ++level)
+        h[level] = unsigned(countOf(level));
+    return {imaging::otsuThreshold(h), imaging::yenThreshold(h), imaging::minimumCrossEntropyThreshold(h),
+            imaging::meanThreshold(h)};
+}
+
+static Bytes binarized(const Bytes& gray, int width, int method)
+{
+    return after([=](auto* i) { return binarizeImage(i, method); }, gray, width, int(gray.size()) / width);
+}
+
+class GrayTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // The bytes behind the grey ones stay. The first are 76.245 and 11.699.
+    void grayByHand()
+    {
+        QCOMPARE(after(imageToGray, picture("0000ff 640001 00ff00 ff0000"), 4, 1, FormatBgr24),
+                 picture("4c0c961d 0001 00ff00 ff0000"));
+        QCOMPARE(after(imageToGray, picture("ffff00f8a1a2a3a4a5a6"), 5, 1, FormatRgb565),
+                 picture("f95200f8a1a2a3a4a5a6"));
+        QCOMPARE(after(imageToGray, picture("ff010203 00010204"), 2, 1, FormatXrgb32), picture("02020203 00010204"));
+        QCOMPARE(after(imageToGray, picture("030405ff fffffe00"), 2, 1, FormatBgrx32), picture("04fe05ff fffffe00"));
+        for (const int format : {2, 3, 6, 7, 8, -1, -4}) {
+            const Outcome other = run(imageToGray, Bytes{1, 2, 3, 4}, 2, 1, format, 4);
+            QVERIFY(other.result == 1 && other.record.format == format && other.record.channels == 1);
+            QCOMPARE(other.bytes, (Bytes{1, 2, 3, 4}));
+        }
+    }
+
+    void graySameAsPlain()
+    {
+        for (const int format : {0, 1, 4, 5}) {
+            for (const int width : kSampleWidths) {
+                const int bytesPerPixel = kBytesPerPixel[format];
+                Bytes pixels = randomBytes(width * bytesPerPixel, width);
+                std::fill_n(pixels.begin(), bytesPerPixel, std::uint8_t(255));
+                const Outcome gray = run(imageToGray, pixels, width, 1, format, bytesPerPixel);
+                for (int i = 0; i < (format == FormatRgb565 ? width / 2 : width); ++i)
+                    pixels[i] = std::uint8_t(plain::grayOf(&pixels[i * bytesPerPixel], format));
+                QCOMPARE(gray.bytes, pixels);
+                QVERIFY(gray.result == 1 && gray.record.format == FormatGray8 && gray.record.channels == 1);
+            }
+        }
+    }
+
+    // Worked out from the parabolas: 0.0013 · 2500 + 0.6019 · 50 + 83.94 = 117.285 and so on.
+    void toneByHand()
+    {
+        QCOMPARE(toned({0, 85, 128, 170, 255}, 50, 0), (Bytes{0, 117, 171, 212, 255}));
+        QCOMPARE(toned({0, 128, 192, 223, 247, 255}, -50, 0), (Bytes{0, 93, 147, 183, 227, 255}));
+        QCOMPARE(toned({20, 60, 100, 150, 235}, 50, -50), (Bytes{32, 92, 134, 184, 245}));
+        QCOMPARE(toned(Bytes(13, 85), 50, 0, 3), picture("75757575 75757575 75757575 55")); // four pixels
+    }
+
+    // FNV-1a over the tables of all sensible levels, as a separate calculation outside this program gave it.
+    void everyTone()
+    {
+        Bytes ramp(256);
+        std::iota(ramp.begin(), ramp.end(), std::uint8_t(0));
+        std::uint32_t brightness = 2166136261u, contrast = 2166136261u;
+        for (int level = -100; level <= 100; ++level) {
+            for (const auto p : toned(ramp, level, 0))
+                brightness = (brightness ^ p) * 16777619u;
+            for (const auto p : toned(ramp, 0, level))
+                contrast = (contrast ^ p) * 16777619u;
+        }
+        QCOMPARE(brightness, 0x14acdb36u);
+        QCOMPARE(contrast, 0x4669711au);
+    }
+
+    // Slopes 2 and 0.5 over intervals of 8: right-hand side 3000 − 12000, pivot 32, f = 31, so M = −9000 · 31 / 1000
+    // = −279 thousandths, and half-way through the first interval the curve is 0 + 2.372 · 4 − 0.279/48 · 64 = 9.116.
+    void threePointsByHand()
+    {
+        Bytes table(256, 77);
+        const ToneCurvePoint points[] = {{0, 0}, {8, 16}, {16, 20}};
+        QCOMPARE(buildToneCurve(table.data(), points, 3), 1);
+        // 16 + 1.244 · 4 − 0.1395 · 16 + 0.0058125 · 64 = 19.116; past the last interval only 255 is set
+        QCOMPARE((Bytes{table[4], table[12], table[16], table[254], table[255]}), (Bytes{9, 19, 77, 77, 255}));
+    }
+
+    void refusedCurves()
+    {
+        Bytes table(256, 77);
+        const auto build = [&](const std::vector<ToneCurvePoint>& points) {
+            return buildToneCurve(table.data(), points.data(), std::int32_t(points.size()));
+        };
+        QCOMPARE(build({{0, 0}}), 0);
+        std::vector<ToneCurvePoint> many;
+        while (many.size() < 257)
+            many.push_back({1000 * int(many.size()), 0});
+        QCOMPARE(build(many), 0);
+        QCOMPARE(build({{0, 0}, {0, 5}, {255, 255}}), 0);
+        QCOMPARE(build({{0, 0}, {100, 5}, {255, 200}, {255, 255}}), 0);
+        // f = 1000 / 4, so the super-diagonal is 250, and the next pivot is 2 · (1 + 124) − 1 · 250.
+        QCOMPARE(build({{0, 0}, {1, 9}, {2, 11}, {126, 200}}), 0);
+        const ToneCurvePoint points[] = {{0, 0}, {255, 255}};
+        QCOMPARE(buildToneCurve(table.data(), nullptr, 2), 0);
+        QCOMPARE(buildToneCurve(nullptr, points, 2), 0);
+        QCOMPARE(table, Bytes(256, 77));
+    }
+
+    // Whatever the points are, only the table may change; the sanitizers watch the arithmetic.
+    void wildControlPoints()
+    {
+        std::mt19937 random(11);
+        for (int round = 0; round < 2000; ++round) {
+            std::vector<ToneCurvePoint> points(2 + random() % 6);
+            for (auto& point : points)
+                point = {std::int32_t(random() >> (round % 31)), std::int32_t(random()) >> (round % 29)};
+            const auto build = [&](auto* i) {
+                return buildToneCurve(i->data, points.data(), int(points.size()));
+            };
+            QCOMPARE(run(build, Bytes(256), 16, 16, FormatGray8, 1).bytes.size(), Bytes(256).size());
+        }
+    }
+
+    // As a separate calculation outside this program gave them, single precision rounded step by step.
+    void chosenHistograms()
+    {
+        const auto only = [](const QMap<int, int>& counts) {
+            return thresholds([&](int level) { return counts.value(level); });
+        };
+        QCOMPARE(only({}), (Levels{0, 0, 0, 0}));
+        QCOMPARE(only({{0, 100}}), (Levels{254, 0, 0, 0}));
+        QCOMPARE(only({{100, 64}}), (Levels{254, 0, 0, 100}));
+        QCOMPARE(only({{50, 10}, {200, 10}}), (Levels{199, 0, 108, 125}));
+        QCOMPARE(only({{0, 10}, {40, 50}, {200, 40}}), (Levels{199, 0, 99, 100}));
+        QCOMPARE(only({{1, 7}, {2, 5}}), (Levels{1, 1, 1, 1}));
+        QCOMPARE(only({{20, 30}, {120, 10}, {240, 20}}), (Levels{239, 20, 78, 110}));
+        QCOMPARE(thresholds([](int i) { return i * 7919 % 101; }), (Levels{126, 127, 103, 127}));
+        // Single precision makes 29 lead to 30 and 30 to 29, for ever; the first starts from 36, the second from 30.
+        QCOMPARE(only({{17, 20352530}, {30, 1}, {47, 38053204}}), (Levels{46, 17, 30, 36}));
+        QCOMPARE(only({{17, 35287010}, {30, 1}, {47, 29597175}}), (Levels{46, 17, 29, 30}));
+        // The sum of 2,550,000,000 reads as −1,744,967,296.
+        QCOMPARE(only({{255, 10000000}}), (Levels{254, 0, 0, -174}));
+    }
+
+    void everyByteCounts()
+    {
+        for (int size = 240; size < 260; ++size) {
+            for (const int threshold : {-174, 0, 1, 127, 128, 200, 255, 256}) {
+                Bytes levels = randomBytes(size, size);
+                levels.back() = std::uint8_t(threshold);
+                const auto counts = imaging::buildHistogram(levels.data(), levels.size());
+                QCOMPARE(imaging::weightedBinSum(counts, 0, 255), std::accumulate(levels.begin(), levels.end(), 0));
+                Bytes dots = levels;
+                imaging::thresholdBytes(dots.data(), dots.size(), threshold);
+                for (int i = 0; i < size; ++i)
+                    QCOMPARE(int(dots[i]), levels[i] < threshold ? 0 : 255);
+            }
+        }
+    }
+
+    // Sharpening makes the middle row 50, 182, 103, 155 and 200.
+    void methods()
+    {
+        const Bytes gray = picture("327e7fa0c8 327e7fa0c8 327e7fa0c8"); // three rows of 50, 126, 127, 160 and 200
+        QCOMPARE(binarized(gray, 5, 1), picture("###.. ###.. ###.."));  // cross-entropy, 137
+        QCOMPARE(binarized(gray, 5, 2), picture("#.... #.... #...."));  // Yen, 126
+        QCOMPARE(binarized(gray, 5, 3), picture("#.... #.... #...."));  // Otsu, 125
+        QCOMPARE(binarized(gray, 5, 4), picture("###.. ###.. ###.."));  // mean, 132
+        QCOMPARE(binarized(gray, 5, 5), picture("##... ##... ##..."));  // fixed, 127
+        QCOMPARE(binarized(gray, 5, INT_MIN), binarized(gray, 5, 5));
+        QCOMPARE(binarized(gray, 5, 9), picture("#.... #.... #....")); // Otsu; 103 is below, but stands alone
+        QCOMPARE(binarized(gray, 5, 11), picture("##... #.#.. ##..."));
+        QCOMPARE(binarized(gray, 5, INT_MAX), binarized(gray, 5, 11));
+        // Of one level: 1 and 2 find 0, hence 127; 4 finds the level itself, but for 0.
+        for (const auto& [method, lowestWhite] : {std::pair(1, 127), {2, 127}, {3, 254}, {4, 1}}) {
+            QCOMPARE(binarized(Bytes(20, std::uint8_t(lowestWhite)), 5, method), Bytes(20, 255));
+            QCOMPARE(binarized(Bytes(20, std::uint8_t(lowestWhite - 1)), 5, method), Bytes(20, 0));
+        }
+    }
+
+    // At least 5 cells of 4 × 3 pixels either way, and 100 in all.
+    void adaptiveSizes()
+    {
+        const auto isDone = [](int width, int height) {
+            return run(adaptiveBinarize, Bytes(std::size_t(width * height)), width, height, 2, 1).record.format == 3;
+        };
+        QVERIFY(isDone(40, 30) && isDone(20, 60) && isDone(80, 15));
+        QVERIFY(!isDone(39, 35) && !isDone(19, 300) && !isDone(400, 14));
+    }
+
+    // Paper from 60 in the shade to 240 in the light with strokes 50 darker: no single threshold shows every stroke.
+    // A large black field must stay black inside, where it has no contrast of its own.
+    void adaptiveFollowsTheLight()
+    {
+        Bytes gray;
+        for (int i = 0; i < 199 * 92; ++i) {
+            const int x = i % 199, y = i / 199;
+            const bool stroke = y < 45 && x % 20 >= 10 && x % 20 < 18;
+            const bool field = y >= 54 && x >= 100 && x < 160;
+            gray.push_back(std::uint8_t(field ? 5 : 60 + x * 180 / 199 - (stroke ? 50 : 0)));
+        }
+        const Bytes dots = binarized(gray, 199, 0);
+        for (int x = 20; x <= 180; x += 20) // the last stroke lies right of the last whole cell
+            QVERIFY(dots[20 * 199 + x + 17] == 0 && dots[20 * 199 + x - 2] == 255);
+        QCOMPARE(int(dots[72 * 199 + 130]), 0);
+        QCOMPARE(std::count(dots.begin(), dots.end(), 0) + std::count(dots.begin(), dots.end(), 255), 199 * 92);
+    }
+};
+
+QTEST_APPLESS_MAIN(GrayTest)
+#include "tst_gray.moc"
