@@ -1,0 +1,110 @@
+#include "device/packet.h"
+
+#include "app/globals/model.h"
+#include "device/crc32.h"
+#include "imaging/simd.h"
+
+#include <atomic>
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace {
+
+constexpr unsigned char kStartMarker = 0x02;
+constexpr unsigned char kEndMarker = 0x03;
+constexpr int kHeaderSize = 5;
+
+std::atomic<std::uint32_t> currentKey{kDefaultCrcKey};
+
+void putLittleEndian32(unsigned char* out, std::uint32_t value)
+{
+    for (int i = 0; i < 4; ++i)
+        out[i] = static_cast<unsigned char>(value >> (8 * i));
+}
+
+unsigned char packEight(unsigned char* pixels)
+{
+    unsigned packed = 0;
+    for (int i = 0; i < 8; ++i) {
+        pixels[i] = pixels[i] == 0;
+        packed = packed << 1 | pixels[i];
+    }
+    return static_cast<unsigned char>(packed);
+}
+
+#ifdef QUILLBOX_SSE2
+/// Sixteen pixels at once: compare with zero, mirror each group of eight so that the leftmost pixel becomes the top
+/// bit, and gather the bits.
+void packSixteen(unsigned char* pixels, unsigned char* out)
+{
+    auto* block = reinterpret_cast<__m128i*>(pixels);
+    const __m128i burnt = _mm_cmpeq_epi8(_mm_loadu_si128(block), _mm_setzero_si128());
+    _mm_storeu_si128(block, _mm_and_si128(burnt, _mm_set1_epi8(1)));
+    __m128i mirrored = _mm_or_si128(_mm_slli_epi16(burnt, 8), _mm_srli_epi16(burnt, 8));
+    mirrored = _mm_shufflehi_epi16(_mm_shufflelo_epi16(mirrored, 0x1B), 0x1B);
+    const int bits = _mm_movemask_epi8(mirrored);
+    out[0] = static_cast<unsigned char>(bits & 0xFF);
+    out[1] = static_cast<unsigned char>(bits >> 8);
+}
+#endif
+
+} // namespace
+
+std::uint32_t currentCrcKey()
+{
+    return currentKey;
+}
+
+void setCurrentCrcKey(std::uint32_t key)
+{
+    currentKey = key;
+}
+
+void buildFrame(unsigned char* out, unsigned char code, unsigned char tag, const unsigned char* payload,
+                int payloadSize, std::uint32_t key)
+{
+    const auto size = static_cast<std::size_t>(payloadSize);
+    out[0] = kStartMarker;
+    out[1] = code;
+    out[2] = tag;
+    out[3] = static_cast<unsigned char>(size & 0xFFU);
+    out[4] = static_cast<unsigned char>(size >> 8);
+    if (size > 0)
+        std::memcpy(out + kHeaderSize, payload, size);
+    putLittleEndian32(out + kHeaderSize + size, crc32(key, payload, size));
+    out[kHeaderSize + size + 4] = kEndMarker;
+}
+
+void buildCommandFrame(unsigned char* out, unsigned char code, std::uint16_t value, std::uint32_t key)
+{
+    const unsigned char payload[2] = {static_cast<unsigned char>(value & 0xFFU),
+                                      static_cast<unsigned char>(value >> 8)};
+    buildFrame(out, code, 0, payload, sizeof payload, key);
+}
+
+void buildSetKeyFrame(unsigned char* out, std::uint32_t newKey)
+{
+    unsigned char payload[4];
+    putLittleEndian32(payload, newKey ^ kCrcKeyMask);
+    buildFrame(out, CommandSetCrcKey, 1, payload, sizeof payload, kCrcKeyMask);
+}
+
+Raster packRaster(unsigned char* pixels, int width, int height)
+{
+    if (!pixels || width != printHeadWidth() || height < 0 || height > std::numeric_limits<int>::max() / width)
+        return {};
+    // A row is a whole number of bytes on every head, so the rows need not be told apart.
+    const auto size = static_cast<std::size_t>(width / 8) * static_cast<std::size_t>(height);
+    Raster raster{std::unique_ptr<unsigned char[]>(new (std::nothrow) unsigned char[size]()), static_cast<int>(size)};
+    if (!raster.bytes)
+        return {};
+    std::size_t packed = 0;
+#ifdef QUILLBOX_SSE2
+    for (; packed + 2 <= size; packed += 2)
+        packSixteen(pixels + 8 * packed, &raster.bytes[packed]);
+#endif
+    for (; packed < size; ++packed)
+        raster.bytes[packed] = packEight(pixels + 8 * packed);
+    return raster;
+}

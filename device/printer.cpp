@@ -1,0 +1,133 @@
+#include "device/printer.h"
+
+#include "app/globals/model.h"
+#include "device/crc32.h"
+#include "device/packet.h"
+
+#include <QtDebug>
+
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <new>
+
+std::atomic<bool> g_portOpen{false};
+std::atomic<bool> g_printerReady{false};
+
+namespace {
+
+constexpr int kRefused = -1;
+constexpr int kFrameFailed = -2;
+
+bool isUp()
+{
+    return g_portOpen && g_printerReady;
+}
+
+void forgetModel()
+{
+    g_modelIndex = 0;
+    g_modelConfirmed = false;
+}
+
+} // namespace
+
+bool Printer::connectUsb()
+{
+    switch (isUp() ? BringUp::NotNeeded : bringUp()) {
+    case BringUp::NotNeeded:
+        return g_modelConfirmed || probe();
+    case BringUp::Failed:
+        return false;
+    case BringUp::Done:
+        break;
+    }
+    emit signalCheckSetCrcKeyFirstTime(true);
+    sendCommand(CommandGetModel);
+    return true;
+}
+
+/// Two key exchanges at once would leave the client with one key and the device with the other, and nothing would
+/// ever put that right; so whoever comes second waits and finds the work done.
+Printer::BringUp Printer::bringUp()
+{
+    static std::mutex mutex;
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (isUp())
+        return BringUp::NotNeeded;
+    if (!g_portOpen)
+        openPort();
+    if (g_portOpen && !g_printerReady)
+        initPrinter();
+    forgetModel();
+    return isUp() ? BringUp::Done : BringUp::Failed;
+}
+
+bool Printer::probe()
+{
+    const int result = sendCommand(CommandGetModel);
+    if (result < 0) {
+        qDebug() << result << "connect usb Failed";
+        return false;
+    }
+    qDebug() << "connect usb Success";
+    return true;
+}
+
+bool Printer::ensureConnected()
+{
+    if (!connectUsb())
+        return false;
+    if (sendFeedLines(0) >= 0)
+        return true;
+    g_modelConfirmed = false;
+    return false;
+}
+
+int Printer::sendCommand(unsigned char code)
+{
+    unsigned char frame[kCommandFrameSize];
+    buildCommandFrame(frame, code, 0, currentCrcKey());
+    return write(frame, sizeof frame);
+}
+
+int Printer::sendFeedLines(std::uint16_t lines)
+{
+    unsigned char frame[kCommandFrameSize];
+    buildCommandFrame(frame, CommandFeedLines, lines, currentCrcKey());
+    return write(frame, sizeof frame);
+}
+
+int Printer::sendSetCrcKey()
+{
+    const std::uint32_t key = crc32TableWord(static_cast<unsigned char>(std::rand() % 256));
+    // Current before it is sent: the device switches as soon as it has read the frame.
+    setCurrentCrcKey(key);
+    unsigned char frame[kSetKeyFrameSize];
+    buildSetKeyFrame(frame, key);
+    return write(frame, sizeof frame);
+}
+
+int Printer::sendPrintData(const unsigned char* bytes, int size)
+{
+    if (!bytes || size < 1 || size > kMaxPayload)
+        return kRefused;
+    const int frameSize = size + kFrameOverhead;
+    const std::unique_ptr<unsigned char[]> frame(
+        new (std::nothrow) unsigned char[static_cast<std::size_t>(frameSize)]());
+    if (!frame)
+        return kRefused;
+    buildFrame(frame.get(), CommandPrintData, 1, bytes, size, currentCrcKey());
+    return write(frame.get(), frameSize);
+}
+
+int Printer::sendRaster(const unsigned char* raster, int size)
+{
+    if (!raster || size < 0)
+        return kRefused;
+    for (int sent = 0; sent < size; sent += kPrintDataPayload) {
+        if (sendPrintData(raster + sent, qMin(kPrintDataPayload, size - sent)) < 0)
+            return kFrameFailed;
+    }
+    return 0;
+}

@@ -1,0 +1,108 @@
+#include "device/printer_thread.h"
+
+#include "device/packet.h"
+#include "device/printer_win.h"
+#include "imaging/binarize.h"
+#include "imaging/conversion.h"
+#include "imaging/halftone.h"
+
+#include <QDateTime>
+#include <QtDebug>
+
+namespace {
+
+constexpr std::uint16_t kFeedAfterJob = 300; ///< dot lines from the head to the tear bar and a margin
+constexpr int kOtsu = 3;
+constexpr int kPolarityNormal = 0;
+constexpr int kNoPreparation = 0;
+constexpr int kAutoBrightnessContrast = 2;
+
+/// Leaves one byte a pixel at the start of the picture's memory. A conversion that is refused leaves pixels that
+/// print as noise or not at all; the job goes on all the same.
+void convertToDots(ImageBuffer* buffer, int printType)
+{
+    switch (printType) {
+    case PrinterThread::PrintPhoto:
+        halftoneImage(buffer, 0, 255, kPolarityNormal, kAutoBrightnessContrast);
+        break;
+    case PrinterThread::PrintText:
+        binarizeImage(buffer, kOtsu);
+        break;
+    case PrinterThread::PrintDiffusion:
+        halftoneImage(buffer, 0, 255, kPolarityNormal, kNoPreparation);
+        break;
+    default:
+        imageToGray(buffer);
+        break;
+    }
+}
+
+Raster rasterOf(QImage image, int printType)
+{
+    // The job works on a copy of its own, whose rows are not padded: the picture that was handed in may be on show
+    // elsewhere.
+    image = image.depth() == 32 ? image.copy() : image.convertToFormat(QImage::Format_RGB32);
+    ImageBuffer buffer;
+    buffer.data = image.bits();
+    buffer.width = image.width();
+    buffer.height = image.height();
+    buffer.format = FormatBgrx32;
+    convertToDots(&buffer, printType);
+    return packRaster(buffer.data, buffer.width, buffer.height);
+}
+
+} // namespace
+
+PrinterThread::PrinterThread(QObject* parent)
+    : QThread(parent)
+    , m_printer(printerConnection())
+{
+}
+
+PrinterThread::~PrinterThread()
+{
+    qDebug() << "~QxPrintThread";
+    requestInterruption();
+    quit();
+    wait();
+}
+
+void PrinterThread::setImage(const QImage& image, int printType)
+{
+    const std::lock_guard<std::mutex> lock(m_jobMutex);
+    m_image = image;
+    m_printType = printType;
+}
+
+void PrinterThread::run()
+{
+    const Result result = printStoredImage();
+    emit resultReady(result.code, result.message);
+}
+
+PrinterThread::Result PrinterThread::printStoredImage()
+{
+    QImage image;
+    int printType = PrintPhoto;
+    {
+        const std::lock_guard<std::mutex> lock(m_jobMutex);
+        image = m_image;
+        printType = m_printType;
+    }
+    if (image.isNull())
+        return {1, QStringLiteral("image is null")};
+
+    const QString connectionFailed = tr("连接失败,请尝试\n1.检查设备是否开启\n2.检查设备是否连接\n3.重新插拔USB");
+    if (!m_printer->connectUsb())
+        return {1, connectionFailed};
+    if (!isPrintPathAvailable())
+        return {1, tr("连接失败,重新启动APP")};
+
+    qDebug() << "QxPrintThread::run" << QDateTime::currentSecsSinceEpoch();
+    const Raster raster = rasterOf(std::move(image), printType);
+    if (m_printer->sendRaster(raster.bytes.get(), raster.size) != 0)
+        return {1, connectionFailed};
+    m_printer->sendFeedLines(kFeedAfterJob);
+    qDebug() << "QxPrintThread::run sent" << raster.size << "bytes";
+    return {0, QStringLiteral("send success")};
+}

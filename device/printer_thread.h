@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+#include <QThread>
+
+#include <mutex>
+
+class PrinterWin;
+
+/// Prints one picture a run: turns it into dots, packs them, sends them and feeds the print past the tear bar.
+///
+/// setImage() and start() belong to the thread that owns the object; setImage() may come while a job runs and then
+/// waits for the next start(). A running job cannot be cancelled. Destruction waits, without a limit, for the job to
+/// end.
+class PrinterThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    /// What the editor asks for; the numbers travel in signals.
+    enum PrintType {
+        PrintPhoto = 0,     ///< brightness and contrast set by itself, then error diffusion
+        PrintText = 1,      ///< Otsu's threshold
+        PrintDiffusion = 2, ///< error diffusion alone
+    };
+
+    explicit PrinterThread(QObject* parent = nullptr);
+    ~PrinterThread() override;
+
+    /// Stores the job for the next start().
+    /// @param image      as wide as the head of the selected model; 32 bits a pixel are taken as blue, green, red and
+    /// a
+    ///                   byte that does not count, other depths are converted
+    /// @param printType  a PrintType; with any other number only pure black is burnt
+    void setImage(const QImage& image, int printType);
+
+signals:
+    /// Exactly one a run, emitted in the job's thread while isRunning() is still true.
+    /// @param resultCode  0 for a page sent whole, else 1
+    /// @param message     for code 1 a text for the user
+    void resultReady(int resultCode, QString message);
+
+protected:
+    void run() override;
+
+    /// Whether the way to the paper is open; always, in this client.
+    virtual bool isPrintPathAvailable() const { return true; }
+
+private:
+    struct Result
+    {
+        int code;
+        QString message;
+    };
+    Result printStoredImage();
+
+    PrinterWin* m_printer;
+    std::mutex m_jobMutex; ///< guards the two below while they are handed over, never during a job
+    QImage m_image;
+    int m_printType = PrintPhoto;
+};

@@ -1,0 +1,98 @@
+#include "device/printer_win.h"
+
+#include "device/port.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+#include <QtDebug>
+
+#include <cstring>
+#include <memory>
+
+namespace {
+constexpr int kNoPort = -1;
+constexpr int kReceiveCapacity = 4096;
+unsigned char receiveBuffer[kReceiveCapacity];
+} // namespace
+
+void PrinterWin::openPort()
+{
+    g_portOpen = false;
+    // The closing banner also comes first: log readers split on it.
+    qDebug() << "================end init printer===========";
+    qDebug() << "==============start init printer===========";
+    port* opened = nullptr;
+    if (io_port_creator(&opened, "USB") == 0 && opened) {
+        m_port = opened;
+        g_portOpen = true;
+        qDebug() << "PrinterInit Success";
+    } else {
+        qDebug() << "PrinterInit Failed";
+    }
+    qDebug() << "================end init printer===========";
+}
+
+int PrinterWin::initPrinter()
+{
+    g_printerReady = false;
+    port* const device = m_port;
+    if (!device)
+        return kNoPort;
+    if (const int prepared = device->prepare(device); prepared != 0)
+        return prepared;
+    const int result = sendSetCrcKey();
+    if (result < 0) {
+        qDebug() << result << "initPrinter -> set CrcKey Failed";
+        return result;
+    }
+    g_printerReady = true;
+    qDebug() << "set CrcKey Success";
+    sendFeedLines(0);
+    return result;
+}
+
+int PrinterWin::write(const unsigned char* data, int length)
+{
+    port* const device = m_port;
+    if (!device) {
+        qDebug() << "PrinterInit failed";
+        return kNoPort;
+    }
+    int written = -1;
+    const int result = device->write(device, data, 0, length, &written);
+    if (result != 0) {
+        g_printerReady = false;
+        return result;
+    }
+    return written;
+}
+
+const unsigned char* PrinterWin::read(int* length, int* result)
+{
+    *length = 0;
+    *result = kNoPort;
+    port* const device = m_port;
+    if (!device)
+        return nullptr;
+    std::memset(receiveBuffer, 0, sizeof receiveBuffer);
+    *result = device->read(device, receiveBuffer, 0, kReceiveCapacity, length);
+    return receiveBuffer;
+}
+
+void PrinterWin::close() {}
+
+PrinterWin* printerConnection()
+{
+    static QMutex mutex;
+    static std::unique_ptr<PrinterWin> owner;
+    static std::atomic<PrinterWin*> connection{nullptr};
+
+    if (PrinterWin* known = connection.load(std::memory_order_acquire))
+        return known;
+    const QMutexLocker lock(&mutex);
+    if (!connection.load(std::memory_order_relaxed)) {
+        owner = std::make_unique<PrinterWin>();
+        connection.store(owner.get(), std::memory_order_release);
+    }
+    return connection.load(std::memory_order_acquire);
+}

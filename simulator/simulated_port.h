@@ -1,0 +1,18 @@
+#pragma once
+
+#include "simulator/simulated_printer.h"
+
+struct port;
+
+/// The one printer of the process, made on first use, as after power-on. It is what io_port_creator() opens.
+SimulatedPrinter& simulatedPrinter();
+
+/// The port to simulatedPrinter(); one object, valid until the process ends and the same after every replug. A
+/// connection dies when the printer is unplugged or reset: prepare() has to bring up the next one.
+///
+/// read() returns at once: what waits, or kPortTimedOut when nothing does. Any thread may call any operation.
+port* simulatedPort();
+
+/// What opening the port does: connects to the printer as it is plugged in now.
+/// @return  0, or SimulatedPrinter::kUnplugged
+int openSimulatedPort();

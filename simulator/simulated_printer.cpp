@@ -1,0 +1,236 @@
+#include "simulator/simulated_printer.h"
+
+#include "simulator/replies.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace {
+
+constexpr quint8 kPrintData = 0x00;
+constexpr quint8 kSetKey = 0x18;
+constexpr quint8 kFeed = 0x1A;
+constexpr quint8 kSelfTest = 0x1B;
+constexpr int kSelfTestLines = 32;
+
+template <typename T>
+void remember(std::deque<T>* records, const T& record)
+{
+    records->push_back(record);
+    if (records->size() > SimulatedPrinter::kKeptRecords)
+        records->pop_front();
+}
+
+} // namespace
+
+SimulatedPrinter::SimulatedPrinter(Model model, QObject* parent)
+    : QObject(parent)
+    , m_model(model)
+    , m_roll(headDots(model))
+{
+    qRegisterMetaType<FrameRecord>();
+}
+
+int SimulatedPrinter::receive(const unsigned char* data, int length, int plugging)
+{
+    if (!data || length < 0)
+        return kBadArgument;
+    QVector<FrameRecord> received;
+    int result = 0;
+    bool paperMoved = false;
+    bool wentAway = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!isConnected(plugging))
+            return kUnplugged;
+        if (m_faults.refusingWrites)
+            return kRefused;
+        const qint64 linesBefore = m_roll.lineCount();
+        result = takeBytes(data, length, &received);
+        paperMoved = m_roll.lineCount() != linesBefore;
+        wentAway = !m_pluggedIn;
+    }
+    for (const FrameRecord& record : qAsConst(received))
+        emit frameReceived(record);
+    if (paperMoved)
+        emit paperChanged();
+    if (wentAway)
+        emit pluggedInChanged(false);
+    return result;
+}
+
+int SimulatedPrinter::takeBytes(const unsigned char* data, int length, QVector<FrameRecord>* received)
+{
+    const bool leaves = m_faults.bytesUntilGone >= 0 && m_faults.bytesUntilGone <= length;
+    const int taken = leaves ? static_cast<int>(m_faults.bytesUntilGone) : length;
+    if (m_faults.bytesUntilGone >= 0)
+        m_faults.bytesUntilGone -= taken;
+    m_decoder.append(data, taken);
+    handleFrames(received);
+    if (leaves)
+        m_pluggedIn = false;
+    return taken == length ? length : kUnplugged;
+}
+
+void SimulatedPrinter::handleFrames(QVector<FrameRecord>* received)
+{
+    WireFrame frame;
+    while (m_decoder.next(&frame)) {
+        FrameRecord record;
+        record.code = frame.code;
+        record.tag = frame.tag;
+        record.length = static_cast<quint16>(frame.payload.size());
+        record.crcOk = frame.seal == sealOf(frame.payload, frame.code == kSetKey ? kKeyMask : m_key);
+        record.msSinceEpoch = QDateTime::currentMSecsSinceEpoch();
+        remember(&m_records, record);
+        received->append(record);
+        if (!record.crcOk) {
+            ++m_counts.crcErrors;
+            continue;
+        }
+        ++m_counts.frames;
+        obey(frame);
+    }
+}
+
+void SimulatedPrinter::obey(const WireFrame& frame)
+{
+    if (frame.tag == 1) {
+        obeyTagged(frame);
+        return;
+    }
+    if (frame.payload.size() != 2)
+        return;
+    if (frame.code == kFeed) {
+        feed(frame.payload);
+        return;
+    }
+    if (frame.payload != QByteArray(2, '\0'))
+        return;
+    if (frame.code == kSelfTest)
+        printSelfTest();
+    answer(frame.code);
+}
+
+void SimulatedPrinter::obeyTagged(const WireFrame& frame)
+{
+    if (frame.code == kSetKey)
+        takeKey(frame.payload);
+    else if (frame.code == kPrintData && m_condition == Condition::Ready)
+        m_roll.burn(frame.payload);
+}
+
+void SimulatedPrinter::takeKey(const QByteArray& payload)
+{
+    if (payload.size() != 4)
+        return;
+    m_key = wireNumber32(payload.constData()) ^ kKeyMask;
+    ++m_counts.keyExchanges;
+}
+
+void SimulatedPrinter::feed(const QByteArray& payload)
+{
+    const int lines = wireNumber16(payload.constData());
+    remember(&m_feeds, lines);
+    if (m_condition == Condition::Ready)
+        m_roll.feed(lines);
+    queueReply(sealedFrame(kFeed, 0, payload, m_key));
+}
+
+void SimulatedPrinter::printSelfTest()
+{
+    if (m_condition != Condition::Ready)
+        return;
+    // A chequered band with squares of 8 dots, between two solid lines.
+    QByteArray pattern;
+    for (int line = 0; line < kSelfTestLines; ++line) {
+        const bool solid = line == 0 || line == kSelfTestLines - 1;
+        for (int column = 0; column < m_roll.lineBytes(); ++column)
+            pattern.append(solid || (column + line / 8) % 2 == 0 ? '\xFF' : '\0');
+    }
+    m_roll.burnOwnPattern(pattern);
+}
+
+void SimulatedPrinter::answer(quint8 query)
+{
+    DeviceFacts facts;
+    facts.model = m_model == Model::K2 ? "Quillbox_K2" : "Quillbox_K1";
+    facts.statusByte = static_cast<quint8>(m_condition);
+    facts.printedLines = m_roll.lineCount();
+    const Reply reply = replyTo(query, facts);
+    if (reply.known)
+        queueReply(sealedFrame(reply.code, 0, reply.payload, m_key));
+}
+
+void SimulatedPrinter::queueReply(const QByteArray& frame)
+{
+    if (m_faults.silent || m_replyBytes + frame.size() > kReplyBufferBytes)
+        return;
+    m_replies.push_back(frame);
+    m_replyBytes += frame.size();
+}
+
+int SimulatedPrinter::readReplies(unsigned char* buffer, int capacity, int plugging)
+{
+    if (!buffer || capacity < 0)
+        return kBadArgument;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!isConnected(plugging))
+        return kUnplugged;
+    int filled = 0;
+    while (filled < capacity && !m_replies.empty()) {
+        const QByteArray bytes = takeOldest(capacity - filled);
+        std::copy(bytes.cbegin(), bytes.cend(), buffer + filled);
+        filled += bytes.size();
+    }
+    return filled;
+}
+
+QByteArray SimulatedPrinter::takeReply(int capacity)
+{
+    QByteArray bytes(std::clamp(capacity, 0, kReplyBufferBytes), '\0');
+    const int filled = readReplies(reinterpret_cast<unsigned char*>(bytes.data()), bytes.size());
+    bytes.truncate(std::max(filled, 0));
+    return bytes;
+}
+
+QByteArray SimulatedPrinter::takeTransfer(int capacity)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_pluggedIn || m_replies.empty() || capacity <= 0)
+        return {};
+    return takeOldest(capacity);
+}
+
+QByteArray SimulatedPrinter::takeOldest(int capacity)
+{
+    QByteArray& oldest = m_replies.front();
+    const QByteArray bytes = oldest.left(capacity);
+    oldest.remove(0, bytes.size());
+    if (oldest.isEmpty())
+        m_replies.pop_front();
+    m_replyBytes -= bytes.size();
+    return bytes;
+}
+
+int SimulatedPrinter::prepare(int* plugging)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_pluggedIn)
+        return kUnplugged;
+    if (m_faults.failingPrepare)
+        return kRefused;
+    loseSession();
+    if (plugging)
+        *plugging = m_plugging;
+    return 0;
+}
+
+void SimulatedPrinter::loseSession()
+{
+    m_decoder.clear();
+    m_roll.dropPartialLine();
+    m_replies.clear();
+    m_replyBytes = 0;
+}

@@ -1,0 +1,164 @@
+#pragma once
+
+#include "simulator/frame_decoder.h"
+#include "simulator/paper_roll.h"
+
+#include <QImage>
+#include <QMetaType>
+#include <QObject>
+#include <QVector>
+
+#include <deque>
+#include <mutex>
+
+/// One frame that reached the device.
+struct FrameRecord
+{
+    quint8 code = 0;
+    quint8 tag = 0;
+    quint16 length = 0; ///< payload bytes
+    bool crcOk = false;
+    qint64 msSinceEpoch = 0;
+};
+Q_DECLARE_METATYPE(FrameRecord)
+
+/// A printer in software: the device's side of the wire, and its paper.
+///
+/// Every function may be called from any thread. The signals come from the thread that called receive(), after the
+/// printer's lock is released, so a slot may call the printer back; across threads they arrive queued.
+class SimulatedPrinter : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Model { K1, K2 };
+    /// What the device reports in its status byte. Other than Ready, it takes jobs and feeds but no paper moves.
+    enum class Condition : quint8 { Ready = 0, PaperOut = 1, CoverOpen = 16 };
+
+    // Errors of the wire; all negative, as a port reports them.
+    static constexpr int kBadArgument = -2;
+    static constexpr int kUnplugged = -4;
+    static constexpr int kRefused = -9;
+
+    /// For receive() and readReplies(): whichever connection is the living one.
+    static constexpr int kAnyPlugging = -1;
+    static constexpr int kKeptRecords = 4096;           ///< frames and feeds remembered, the newest
+    static constexpr int kReplyBufferBytes = 64 * 1024; ///< a reply that does not fit is lost
+
+    explicit SimulatedPrinter(Model model = Model::K1, QObject* parent = nullptr);
+
+    static int headDots(Model model);
+
+    // The wire.
+
+    /// Takes bytes as a bulk OUT endpoint brings them, cut anywhere.
+    /// @param data      `length` bytes
+    /// @param plugging  value of plugging() that the caller's connection was opened with; an older one is dead
+    /// @return          bytes taken, always all of them; kUnplugged, kRefused or kBadArgument
+    int receive(const unsigned char* data, int length, int plugging = kAnyPlugging);
+    /// Hands over what the device wants to say, replies joined and cut as `capacity` demands. Returns at once.
+    /// @return  bytes put into `buffer`, 0 when there is nothing; kUnplugged or kBadArgument
+    int readReplies(unsigned char* buffer, int capacity, int plugging = kAnyPlugging);
+    /// The same bytes; empty when there are none or the device is not there.
+    QByteArray takeReply(int capacity);
+    /// At most one reply, as one transfer of a bulk IN endpoint would bring it; the rest of a cut one comes next.
+    QByteArray takeTransfer(int capacity);
+    /// Starts a new session: forgets a half-received frame, a half-filled line and replies nobody fetched. The key
+    /// stays.
+    /// @param plugging  receives the value for receive() and readReplies(); may be null
+    /// @return          0, kUnplugged or kRefused
+    int prepare(int* plugging = nullptr);
+
+    // What happens to the device.
+
+    /// Power-on state: plugged in, obedient, nothing counted, a new roll. Connections opened before are dead.
+    void reset(Model model = Model::K1);
+    void unplug();
+    /// Plugs it in again, with the key it has at power-on. Paper and counts stay. Nothing happens when it is in.
+    void plugIn();
+    /// Plugs in a device of this model, with a new roll when it is another model.
+    void plugIn(Model model);
+    /// Unplugs itself once it has taken this many further bytes. The write that would go beyond them fails, but the
+    /// bytes up to there have arrived.
+    void goAwayAfter(qint64 bytes);
+    void setRefusingWrites(bool refusing);
+    void setSilent(bool silent); ///< obeys, but answers nothing
+    void setFailingPrepare(bool failing);
+    void setCondition(Condition condition);
+
+    // What one sees of it.
+
+    bool isPluggedIn() const;
+    int plugging() const; ///< grows with every plugging in
+    Model model() const;
+    Condition condition() const;
+    quint32 key() const;
+
+    /// The paper from line `firstLine` on, numbered from 0 for a new roll, feeds included: head width × lines, black
+    /// dots on white, Format_Mono whose colour 1 is black. The roll keeps PaperRoll::kKeptLines lines; null when
+    /// there are none. A copy: cheap for the tail, costly for a long roll.
+    QImage paper(qint64 firstLine = 0) const;
+    qint64 paperLines() const; ///< dot lines that came out since the roll was put in
+    /// Bytes of the lines that jobs burnt, headDots / 8 a line; no feeds, no self-test page.
+    QByteArray jobLines() const;
+    qint64 fedLines() const;    ///< blank dot lines since the roll was put in
+    QVector<int> feeds() const; ///< dot lines of each feed command, also the feeds of 0 lines
+    int frameCount() const;     ///< frames whose CRC was right
+    int crcErrorCount() const;  ///< frames that were whole and had another CRC
+    int keyExchangeCount() const;
+    qint64 skippedBytes() const; ///< bytes that belonged to no frame
+    QVector<FrameRecord> frames() const;
+
+signals:
+    void frameReceived(const FrameRecord& frame);
+    void paperChanged();
+    void pluggedInChanged(bool pluggedIn);
+
+private:
+    struct Faults
+    {
+        bool refusingWrites = false;
+        bool silent = false;
+        bool failingPrepare = false;
+        qint64 bytesUntilGone = -1; ///< negative: it stays
+    };
+    struct Counts
+    {
+        int frames = 0;
+        int crcErrors = 0;
+        int keyExchanges = 0;
+    };
+
+    // All of these with m_mutex held.
+    bool isConnected(int plugging) const
+    {
+        return m_pluggedIn && (plugging == kAnyPlugging || plugging == m_plugging);
+    }
+    int takeBytes(const unsigned char* data, int length, QVector<FrameRecord>* received);
+    void handleFrames(QVector<FrameRecord>* received);
+    void obey(const WireFrame& frame);
+    void obeyTagged(const WireFrame& frame);
+    void takeKey(const QByteArray& payload);
+    void feed(const QByteArray& payload);
+    void printSelfTest();
+    void answer(quint8 query);
+    void queueReply(const QByteArray& frame);
+    QByteArray takeOldest(int capacity);
+    void loseSession();
+    void powerOn();
+
+    mutable std::mutex m_mutex; ///< not QMutex: the thread sanitizer does not see into an uninstrumented Qt
+    Model m_model;
+    Condition m_condition = Condition::Ready;
+    Faults m_faults;
+    Counts m_counts;
+    bool m_pluggedIn = true;
+    int m_plugging = 0;
+    quint32 m_key = kPowerOnKey;
+    FrameDecoder m_decoder;
+    PaperRoll m_roll;
+    std::deque<QByteArray> m_replies;
+    int m_replyBytes = 0;
+    std::deque<int> m_feeds;
+    std::deque<FrameRecord> m_records;
+};

@@ -1,0 +1,204 @@
+// What is done to the simulated printer, and what one sees of it. The wire is in simulated_printer.cpp.
+#include "simulator/simulated_printer.h"
+
+namespace {
+
+template <typename T>
+QVector<T> asVector(const std::deque<T>& records)
+{
+    return QVector<T>(records.begin(), records.end());
+}
+
+} // namespace
+
+int SimulatedPrinter::headDots(Model model)
+{
+    return model == Model::K2 ? 576 : 384;
+}
+
+void SimulatedPrinter::powerOn()
+{
+    m_pluggedIn = true;
+    ++m_plugging;
+    m_key = kPowerOnKey;
+    m_faults.bytesUntilGone = -1;
+    loseSession();
+}
+
+void SimulatedPrinter::reset(Model model)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_model = model;
+        m_condition = Condition::Ready;
+        m_faults = Faults();
+        m_counts = Counts();
+        m_decoder = FrameDecoder();
+        m_roll = PaperRoll(headDots(model));
+        m_feeds.clear();
+        m_records.clear();
+        powerOn();
+    }
+    emit pluggedInChanged(true);
+    emit paperChanged();
+}
+
+void SimulatedPrinter::unplug()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_pluggedIn)
+            return;
+        m_pluggedIn = false;
+    }
+    emit pluggedInChanged(false);
+}
+
+void SimulatedPrinter::plugIn()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_pluggedIn)
+            return;
+        powerOn();
+    }
+    emit pluggedInChanged(true);
+}
+
+void SimulatedPrinter::plugIn(Model model)
+{
+    bool newRoll = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        newRoll = model != m_model;
+        if (m_pluggedIn && !newRoll)
+            return;
+        m_model = model;
+        if (newRoll)
+            m_roll = PaperRoll(headDots(model));
+        powerOn();
+    }
+    emit pluggedInChanged(true);
+    if (newRoll)
+        emit paperChanged();
+}
+
+void SimulatedPrinter::goAwayAfter(qint64 bytes)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults.bytesUntilGone = bytes;
+}
+
+void SimulatedPrinter::setRefusingWrites(bool refusing)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults.refusingWrites = refusing;
+}
+
+void SimulatedPrinter::setSilent(bool silent)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults.silent = silent;
+}
+
+void SimulatedPrinter::setFailingPrepare(bool failing)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults.failingPrepare = failing;
+}
+
+void SimulatedPrinter::setCondition(Condition condition)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_condition = condition;
+}
+
+bool SimulatedPrinter::isPluggedIn() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_pluggedIn;
+}
+
+int SimulatedPrinter::plugging() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_plugging;
+}
+
+SimulatedPrinter::Model SimulatedPrinter::model() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_model;
+}
+
+SimulatedPrinter::Condition SimulatedPrinter::condition() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_condition;
+}
+
+quint32 SimulatedPrinter::key() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_key;
+}
+
+QImage SimulatedPrinter::paper(qint64 firstLine) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_roll.picture(firstLine);
+}
+
+qint64 SimulatedPrinter::paperLines() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_roll.lineCount();
+}
+
+QByteArray SimulatedPrinter::jobLines() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_roll.jobLines();
+}
+
+qint64 SimulatedPrinter::fedLines() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_roll.fedLines();
+}
+
+QVector<int> SimulatedPrinter::feeds() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return asVector(m_feeds);
+}
+
+int SimulatedPrinter::frameCount() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_counts.frames;
+}
+
+int SimulatedPrinter::crcErrorCount() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_counts.crcErrors;
+}
+
+int SimulatedPrinter::keyExchangeCount() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_counts.keyExchanges;
+}
+
+qint64 SimulatedPrinter::skippedBytes() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_decoder.skippedBytes();
+}
+
+QVector<FrameRecord> SimulatedPrinter::frames() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return asVector(m_records);
+}
