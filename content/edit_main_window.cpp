@@ -1,0 +1,180 @@
+#include "content/edit_main_window.h"
+
+#include "app/globals/model.h"
+#include "content/editor_actions.h"
+#include "content/page_editor.h"
+#include "content/page_renderer.h"
+#include "content/picture_insertion.h"
+
+#include <QAction>
+#include <QDateTime>
+#include <QEvent>
+#include <QFontDialog>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QMenu>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kInitialPointSize = 20;
+
+const char kToolBarStyle[] = R"(
+QToolBar { background: #fdffff; border: none; border-bottom: 1px solid #dfdfdf; spacing: 2px; padding: 1px 6px; }
+QToolBar::separator { background: #dfdfdf; width: 1px; margin: 5px 6px; }
+QToolButton { background: transparent; border: 1px solid transparent; border-radius: 4px; padding: 3px; margin: 0; }
+QToolButton:hover:enabled { background: #eef3f8; border-color: #dbe4ee; }
+QToolButton:checked { background: #d9e8fa; border-color: #a8c8ec; }
+QToolButton:pressed { background: #c6dcf5; border-color: #8fb8e6; }
+)";
+
+// The window is light on every desktop, as the paper is.
+QPalette lightPalette()
+{
+    QPalette palette(QColor(0xf0, 0xf2, 0xf4), QColor(0xfd, 0xff, 0xff));
+    for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
+        palette.setColor(role, QColor(0x2b, 0x2f, 0x36));
+        palette.setColor(QPalette::Disabled, role, QColor(0xb6, 0xbb, 0xc2));
+    }
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Highlight, QColor(0xd9, 0xe8, 0xfa));
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    return palette;
+}
+
+} // namespace
+
+EditMainWindow::EditMainWindow(QWidget* parent)
+    : QWidget(parent)
+    , m_editor(new PageEditor)
+    , m_holder(new PageHolder(m_editor))
+    , m_toolBar(new QToolBar)
+    , m_actions(nullptr)
+    , m_printAction(new QAction(this))
+    , m_fontAction(new QAction(this))
+    , m_currentFont(font())
+{
+    setPalette(lightPalette());
+    setAutoFillBackground(true);
+    buildLayout();
+    m_actions = new EditorActions(m_editor, this);
+    m_actions->fillToolBar(*m_toolBar);
+
+    m_printAction->setShortcuts(QKeySequence::Print);
+    addAction(m_printAction);
+    addAction(m_fontAction);
+    connect(m_printAction, &QAction::triggered, this, &EditMainWindow::printPage);
+    connect(m_fontAction, &QAction::triggered, this, &EditMainWindow::chooseFont);
+    m_editor->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_editor, &QWidget::customContextMenuRequested, this, &EditMainWindow::showContextMenu);
+    retranslate();
+}
+
+void EditMainWindow::buildLayout()
+{
+    m_toolBar->setIconSize(QSize(20, 20));
+    m_toolBar->setMovable(false);
+    m_toolBar->setContextMenuPolicy(Qt::PreventContextMenu);
+    m_toolBar->setStyleSheet(QString::fromLatin1(kToolBarStyle));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_toolBar);
+    layout->addWidget(m_holder, 1);
+    setFocusProxy(m_editor);
+}
+
+QTextEdit* EditMainWindow::editor() const
+{
+    return m_editor;
+}
+
+void EditMainWindow::initFont()
+{
+    QFont font = m_currentFont;
+    font.setPointSize(kInitialPointSize);
+    m_editor->setFont(font); // also for lines that lose their own format, such as an emptied page
+    setCurrentFont(font);
+}
+
+void EditMainWindow::chooseFont()
+{
+    bool confirmed = false;
+    const QFont font = QFontDialog::getFont(&confirmed, m_currentFont, this, tr("字体"));
+    if (confirmed)
+        setCurrentFont(font);
+}
+
+void EditMainWindow::setCurrentFont(const QFont& font)
+{
+    m_currentFont = font;
+    // The dialog names the style ("Regular"), which would win over a later bold or italic.
+    QFont plain = font;
+    plain.setStyleName(QString());
+    QTextCharFormat format;
+    format.setFont(plain);
+    m_editor->mergeCurrentCharFormat(format);
+}
+
+void EditMainWindow::slotsInsertPixmap(QPixmap pixmap)
+{
+    slotsInsertImage(pixmap.toImage());
+}
+
+void EditMainWindow::slotsInsertImage(QImage image)
+{
+    settleHiddenWindow();
+    insertPicture(*m_editor, image, QDateTime::currentSecsSinceEpoch());
+}
+
+void EditMainWindow::printPage()
+{
+    QGuiApplication::inputMethod()->commit(); // a word that is still being composed belongs to the page
+    settleHiddenWindow();
+    const bool noPicture = !m_editor->toHtml().contains(QLatin1String("<img src"));
+    emit signDoPrint(renderPage(*m_editor, printHeadWidth()), noPicture ? 1 : 0);
+}
+
+// A window that was never shown has not yet given the editor its size; grabbing makes Qt catch up on that.
+void EditMainWindow::settleHiddenWindow()
+{
+    if (!isVisible())
+        grab(QRect(0, 0, 1, 1));
+}
+
+QMenu* EditMainWindow::createContextMenu()
+{
+    auto* menu = new QMenu(this);
+    menu->setPalette(palette()); // the icons are in its colours
+    m_actions->fillMenu(*menu);
+    menu->addSeparator();
+    menu->addAction(m_fontAction);
+    return menu;
+}
+
+void EditMainWindow::showContextMenu(const QPoint& position)
+{
+    QMenu* menu = createContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(m_editor->viewport()->mapToGlobal(position));
+}
+
+void EditMainWindow::retranslate()
+{
+    m_actions->retranslate();
+    m_printAction->setText(tr("打印"));
+    m_printAction->setToolTip(toolTipOf(*m_printAction));
+    m_fontAction->setText(tr("字体..."));
+}
+
+void EditMainWindow::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (!m_actions)
+        return;
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    else if (event->type() == QEvent::PaletteChange)
+        m_actions->setColours(palette());
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QFont>
+#include <QImage>
+#include <QPixmap>
+#include <QWidget>
+
+class EditorActions;
+class PageEditor;
+class PageHolder;
+class QMenu;
+class QTextEdit;
+class QToolBar;
+
+/// The page on which the user composes text and pictures, with its toolbar. GUI thread.
+///
+/// Ctrl+P, or printPage(), renders the page as wide as the print head of the current model and hands it on; the
+/// window knows nothing of the printer beyond that width.
+class EditMainWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit EditMainWindow(QWidget* parent = nullptr);
+
+    /// Makes the page's usual font the current one, without a dialog: in this size a line of text stays legible on
+    /// the narrower of the two heads.
+    void initFont();
+
+    QTextEdit* editor() const;
+    QAction* printAction() const { return m_printAction; }
+    QAction* fontAction() const { return m_fontAction; }
+    EditorActions* textActions() const { return m_actions; }
+
+    /// The menu of a click with the other mouse button. The caller owns it.
+    QMenu* createContextMenu();
+
+signals:
+    /// @param image      the page, as wide as the print head
+    /// @param printType  0 when the page holds a picture, 1 when it holds text only
+    void signDoPrint(QImage image, int printType);
+
+public slots:
+    /// Both insert at the cursor, scaled to the width of the page.
+    void slotsInsertPixmap(QPixmap pixmap);
+    void slotsInsertImage(QImage image);
+
+    /// Renders the page and emits signDoPrint.
+    void printPage();
+
+    /// Asks for a font; it applies to the selection, or to the text typed next.
+    void chooseFont();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void buildLayout();
+    void retranslate();
+    void settleHiddenWindow();
+    void setCurrentFont(const QFont& font);
+    void showContextMenu(const QPoint& position);
+
+    PageEditor* m_editor;
+    PageHolder* m_holder;
+    QToolBar* m_toolBar;
+    EditorActions* m_actions;
+    QAction* m_printAction;
+    QAction* m_fontAction;
+    QFont m_currentFont;
+};

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "content/toolbar_icons.h"
+
+#include <QAction>
+#include <QList>
+#include <QObject>
+
+class QMenu;
+class QTextEdit;
+class QToolBar;
+
+/// What can be done to the text of an editor: the actions of its toolbar, context menu and keyboard. Their checked
+/// and enabled states follow the cursor. A format is checked where the whole selection has it; invoked on a mixed
+/// selection it is set everywhere, invoked again it is taken away.
+class EditorActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Id {
+        Undo,
+        Redo,
+        Cut,
+        Copy,
+        Paste,
+        SelectAll,
+        Bold,
+        Italic,
+        Underline,
+        AlignLeft,
+        AlignCenter,
+        AlignRight,
+        Smaller,
+        Larger,
+        Count
+    };
+
+    /// The shortcuts work while the focus is in `owner`; both must outlive this object.
+    EditorActions(QTextEdit* editor, QWidget* owner);
+
+    QAction* action(Id id) const { return m_actions[id]; }
+
+    void fillToolBar(QToolBar& bar) const;
+    void fillMenu(QMenu& menu) const;
+
+    /// Texts in the language of the moment; icons in the colours of the palette.
+    void retranslate();
+    void setColours(const QPalette& palette);
+
+private:
+    void connectAll();
+    void invoke(Id id);
+    void toggleFormat(Id id);
+    void align(Qt::Alignment alignment);
+    void followCursor();
+
+    QTextEdit* m_editor;
+    QList<QAction*> m_actions; // by Id
+};
+
+/// "加粗 (Ctrl+B)": an action's text with its first shortcut.
+QString toolTipOf(const QAction& action);

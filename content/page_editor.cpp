@@ -1,0 +1,147 @@
+#include "content/page_editor.h"
+
+#include "content/pasted_page.h"
+#include "content/picture_insertion.h"
+
+#include <QDateTime>
+#include <QMimeData>
+#include <QPalette>
+#include <QScrollBar>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+// An own style sheet outranks those of the windows around it, whatever their selectors; a palette would not.
+const char kPaperStyle[] = R"(
+PageEditor { background: white; color: black; border: none; border-image: none; border-radius: 0;
+             padding: 0; margin: 0; selection-background-color: #b5d5fb; selection-color: black; }
+QScrollBar { background: white; border: none; margin: 0; }
+QScrollBar:vertical { width: 14px; }
+QScrollBar:horizontal { height: 14px; }
+QScrollBar::handle { background: #c9ced4; border: none; border-radius: 4px; margin: 3px; }
+QScrollBar::handle:hover { background: #a9b0b8; }
+QScrollBar::handle:disabled { background: white; }
+QScrollBar::handle:vertical { min-height: 30px; }
+QScrollBar::handle:horizontal { min-width: 30px; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; }
+QScrollBar::add-page, QScrollBar::sub-page { background: none; }
+)";
+
+// Marks what was copied from a page, whose pictures keep their size when they come back.
+const QString kPageFormat = QStringLiteral("application/x-quillbox-page");
+
+// Pictures are narrower than the viewport by the scroll bar's millimetres, 2 and more on usual screens. With this
+// margin on both sides they just fit, and no horizontal scroll bar turns up.
+constexpr qreal kDocumentMargin = 1;
+
+constexpr int kSidePadding = 12; // on the screen only
+constexpr int kTopPadding = 4;
+
+bool hasLocalFile(const QMimeData& source)
+{
+    const QList<QUrl> urls = source.urls();
+    return std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+}
+
+bool holdsPicture(const QTextCursor& selection)
+{
+    return selection.selectedText().contains(QChar::ObjectReplacementCharacter);
+}
+
+} // namespace
+
+PageEditor::PageEditor(QWidget* parent)
+    : QTextEdit(parent)
+{
+    setStyleSheet(QString::fromLatin1(kPaperStyle));
+    setFrameShape(QFrame::NoFrame);
+    // Always there, so that neither the line breaks nor the width of pictures depend on the length of the page.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    document()->setUndoRedoEnabled(false); // else the margin is the first thing that can be undone
+    document()->setDocumentMargin(kDocumentMargin);
+    document()->setUndoRedoEnabled(true);
+}
+
+bool PageEditor::canInsertFromMimeData(const QMimeData* source) const
+{
+    return source->hasImage() || QTextEdit::canInsertFromMimeData(source);
+}
+
+void PageEditor::insertFromMimeData(const QMimeData* source)
+{
+    if (isReadOnly())
+        return;
+    if (hasLocalFile(*source)) {
+        insertPictureFiles(source->urls());
+    } else if (isPictureOnly(*source) && !source->hasFormat(kPageFormat)) {
+        insertPicture(*this, qvariant_cast<QImage>(source->imageData()), QDateTime::currentSecsSinceEpoch());
+    } else if (source->hasHtml()) {
+        QTextCursor cursor = textCursor();
+        cursor.insertFragment(pastedText(source->html(), *document(), pictureWidth(*this)));
+        setTextCursor(cursor);
+        ensureCursorVisible();
+    } else {
+        QTextEdit::insertFromMimeData(source);
+    }
+}
+
+void PageEditor::insertPictureFiles(const QList<QUrl>& urls)
+{
+    // Files that come together count as a second apart; else all would carry one name and show the last one's
+    // picture.
+    qint64 seconds = QDateTime::currentSecsSinceEpoch();
+    QTextCursor step = textCursor();
+    step.beginEditBlock();
+    for (const QUrl& url : urls) {
+        const QImage picture = url.isLocalFile() ? readPicture(url.toLocalFile()) : QImage();
+        if (!picture.isNull() && insertPicture(*this, picture, seconds))
+            ++seconds;
+    }
+    step.endEditBlock();
+}
+
+QMimeData* PageEditor::createMimeDataFromSelection() const
+{
+    if (!holdsPicture(textCursor()))
+        return QTextEdit::createMimeDataFromSelection();
+    const QTextDocumentFragment part(textCursor());
+    auto* mime = new QMimeData;
+    mime->setText(part.toPlainText().remove(QChar::ObjectReplacementCharacter));
+    mime->setHtml(copiedHtml(part, *document()));
+    mime->setData(kPageFormat, QByteArrayLiteral("1"));
+    if (textCursor().selectedText().length() == 1) {
+        const QString name = textCursor().charFormat().toImageFormat().name();
+        mime->setImageData(document()->resource(QTextDocument::ImageResource, QUrl(name)));
+    }
+    return mime;
+}
+
+PageHolder::PageHolder(PageEditor* editor, QWidget* parent)
+    : QWidget(parent)
+    , m_editor(editor)
+{
+    editor->setParent(this);
+    setFocusProxy(editor);
+    setFocusPolicy(Qt::ClickFocus);
+    setObjectName(QStringLiteral("pageHolder"));
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(QStringLiteral("#pageHolder { background: white; border: none; border-image: none; }"));
+    setCursor(Qt::ArrowCursor);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+QSize PageHolder::sizeHint() const
+{
+    return {600, 340};
+}
+
+void PageHolder::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    m_editor->setGeometry(rect().adjusted(kSidePadding, kTopPadding, 0, 0));
+}

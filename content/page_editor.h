@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QTextEdit>
+
+/// The sheet of paper on which the page is composed: white with black ink whatever the desktop's colours, and always
+/// as wide as it will be printed.
+///
+/// Pasted and dropped pictures and picture files are inserted as insertPicture() does; a file that does not load is
+/// ignored. Pictures within pasted text keep their size up to the width of the page.
+class PageEditor : public QTextEdit
+{
+    Q_OBJECT
+
+public:
+    explicit PageEditor(QWidget* parent = nullptr);
+
+protected:
+    bool canInsertFromMimeData(const QMimeData* source) const override;
+    void insertFromMimeData(const QMimeData* source) override;
+    QMimeData* createMimeDataFromSelection() const override;
+
+private:
+    void insertPictureFiles(const QList<QUrl>& urls);
+};
+
+/// Keeps a PageEditor filling it, as far as a fixed size of the editor allows. The editor's size does not reach the
+/// layouts around, so that a print, which stretches the editor to the whole page for a moment, moves nothing.
+class PageHolder : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PageHolder(PageEditor* editor, QWidget* parent = nullptr);
+    QSize sizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    PageEditor* m_editor;
+};

@@ -1,0 +1,118 @@
+#include "content/page_renderer.h"
+
+#include <QPixmap>
+#include <QScrollBar>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextEdit>
+
+namespace {
+
+// Device pixel ratios of 1.25, 1.5 and the like put a logical row on a whole device row only every few rows; all
+// that occur in practice do so every 64.
+constexpr int kStripAlignment = 64;
+
+// A strip of this many result rows costs little beside a page that needs strips.
+constexpr int kStripRows = 4096;
+
+/// Puts the editor into the shape in which it is grabbed, and back again.
+class PrintPose
+{
+public:
+    explicit PrintPose(QTextEdit& editor);
+    ~PrintPose();
+    Q_DISABLE_COPY_MOVE(PrintPose)
+
+private:
+    void keepLineBreaks();
+
+    QTextEdit& m_editor;
+    const int m_width;
+    const int m_height;
+    const int m_cursorWidth;
+    const Qt::ScrollBarPolicy m_horizontal;
+    const Qt::ScrollBarPolicy m_vertical;
+    const QTextEdit::LineWrapMode m_wrapMode;
+    const int m_wrapWidth;
+    const Qt::TextInteractionFlags m_interaction;
+    const QString m_placeholder;
+};
+
+PrintPose::PrintPose(QTextEdit& editor)
+    : m_editor(editor)
+    , m_width(editor.width())
+    , m_height(editor.height())
+    , m_cursorWidth(editor.cursorWidth())
+    , m_horizontal(editor.horizontalScrollBarPolicy())
+    , m_vertical(editor.verticalScrollBarPolicy())
+    , m_wrapMode(editor.lineWrapMode())
+    , m_wrapWidth(editor.lineWrapColumnOrWidth())
+    , m_interaction(editor.textInteractionFlags())
+    , m_placeholder(editor.placeholderText())
+{
+    editor.setCursorWidth(0);
+    // A caret of width 0 still shows its direction mark in text that runs both ways.
+    editor.setTextInteractionFlags(Qt::NoTextInteraction);
+    editor.setPlaceholderText(QString());
+    const QSizeF page = editor.document()->size();
+    keepLineBreaks();
+    editor.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    editor.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    editor.setFixedHeight(qMax(1, static_cast<int>(page.height())));
+    editor.setFixedWidth(qMax(1, static_cast<int>(page.width())));
+    QTextCursor caret = editor.textCursor();
+    caret.setPosition(0);
+    editor.setTextCursor(caret);
+}
+
+// A picture or table wider than the window makes the document wider than the lines of text, and the grabbed editor
+// with it; the lines must not make use of that room.
+void PrintPose::keepLineBreaks()
+{
+    if (m_wrapMode != QTextEdit::WidgetWidth)
+        return;
+    m_editor.setLineWrapColumnOrWidth(m_editor.viewport()->width());
+    m_editor.setLineWrapMode(QTextEdit::FixedPixelWidth);
+}
+
+// The size stays fixed, as it was before the print.
+PrintPose::~PrintPose()
+{
+    m_editor.setFixedHeight(m_height);
+    m_editor.setFixedWidth(m_width);
+    m_editor.setHorizontalScrollBarPolicy(m_horizontal);
+    m_editor.setVerticalScrollBarPolicy(m_vertical);
+    m_editor.setLineWrapMode(m_wrapMode);
+    m_editor.setLineWrapColumnOrWidth(m_wrapWidth);
+    m_editor.setPlaceholderText(m_placeholder);
+    m_editor.setTextInteractionFlags(m_interaction);
+    m_editor.setCursorWidth(m_cursorWidth);
+}
+
+QImage grabRows(QTextEdit& editor, int first, int count, int& top)
+{
+    const qreal ratio = editor.devicePixelRatioF();
+    const int from = static_cast<int>(first / ratio) / kStripAlignment * kStripAlignment;
+    const int to = qMin(editor.height(), static_cast<int>((first + count) / ratio) + 1);
+    top = qRound(from * ratio);
+    return editor.grab(QRect(0, from, editor.width(), to - from)).toImage();
+}
+
+} // namespace
+
+QImage renderPage(QTextEdit& editor, int widthDots, int plainRows)
+{
+    const PrintPose pose(editor);
+    const QSize page = (QSizeF(editor.size()) * editor.devicePixelRatioF()).toSize();
+    QImage image;
+    if (page.height() <= plainRows && sizeAtWidth(page, widthDots).height() <= plainRows) {
+        image = editor.grab().toImage().scaledToWidth(widthDots, Qt::FastTransformation);
+    } else {
+        const int stripRows = qBound(1, plainRows * widthDots / page.width(), kStripRows);
+        image = scaleInStrips(page, widthDots, stripRows, [&editor](int first, int count, int& top) {
+            return grabRows(editor, first, count, top);
+        });
+    }
+    image.setDevicePixelRatio(1);
+    return std::move(image).convertToFormat(QImage::Format_RGB32); // the paper is opaque, whatever the grab's format
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+class QMimeData;
+class QTextDocument;
+class QTextDocumentFragment;
+
+/// Reads a picture file of any format that Qt knows, turned the way its camera held it; null when it does not load.
+QImage readPicture(const QString& path);
+
+/// True when a clipboard holds a picture and no words beside it. Office programs add a picture of the selected text;
+/// browsers add a line of HTML to a copied picture.
+bool isPictureOnly(const QMimeData& source);
+
+/// Rich text of a clipboard, made fit for the page:
+/// - pictures that the text carries itself (data: addresses) or that lie in local files become resources of `page`,
+///   scaled down where they are wider than widthPx; others are left out, since only a broken-picture mark would
+///   print;
+/// - colours are left out, since the head knows ink and paper only and light text would vanish;
+/// - font sizes are given in points, so that the size steps act on them.
+QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, int widthPx);
+
+/// HTML of a part of a page that carries its pictures along, for other programs and for pasting it back.
+QString copiedHtml(const QTextDocumentFragment& part, const QTextDocument& page);

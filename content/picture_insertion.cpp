@@ -1,0 +1,63 @@
+#include "content/picture_insertion.h"
+
+#include "content/page_scaling.h"
+
+#include <QDebug>
+#include <QScrollBar>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QUrl>
+
+namespace {
+
+// A bare picture format would make the text behind the picture fall back to the document's plain font.
+QTextImageFormat formatLikeText(const QTextCharFormat& text, const QString& name)
+{
+    QTextImageFormat format;
+    for (const auto property : {QTextFormat::FontFamily, QTextFormat::FontFamilies, QTextFormat::FontPointSize,
+                                QTextFormat::FontWeight, QTextFormat::FontItalic}) {
+        if (text.hasProperty(property))
+            format.setProperty(property, text.property(property));
+    }
+    format.setName(name);
+    return format;
+}
+
+} // namespace
+
+QString pictureName(qint64 secondsSinceEpoch)
+{
+    return QStringLiteral("capture_image_") + QChar(static_cast<ushort>(secondsSinceEpoch % 65536));
+}
+
+int pictureWidth(const QTextEdit& editor)
+{
+    // Millimetres from pixels looks wrong and is meant.
+    return editor.viewport()->rect().width() - editor.verticalScrollBar()->widthMM();
+}
+
+bool insertPicture(QTextEdit& editor, const QImage& picture, qint64 secondsSinceEpoch)
+{
+    qDebug() << "slotsInsertImage" << picture.width() << "textEdit width" << editor.viewport()->width();
+    QImage fitted = scaleToWidth(picture, pictureWidth(editor));
+    qDebug() << "image width:" << fitted.width();
+    if (fitted.isNull())
+        return false;
+    fitted.setDevicePixelRatio(1);
+
+    const QString name = pictureName(secondsSinceEpoch);
+    // The layout looks pictures up by a URL made the same way, so that the two agree for every code, also for ':'
+    // with which the URL is invalid.
+    const QUrl url(name);
+    QTextDocument* document = editor.document();
+    const bool replaces = document->resource(QTextDocument::ImageResource, url).isValid();
+    document->addResource(QTextDocument::ImageResource, url, fitted);
+    if (replaces)
+        document->markContentsDirty(0, document->characterCount()); // the earlier picture may change its height
+    QTextCursor cursor = editor.textCursor();
+    cursor.insertImage(formatLikeText(editor.currentCharFormat(), name));
+    editor.setTextCursor(cursor);
+    editor.ensureCursorVisible();
+    return true;
+}

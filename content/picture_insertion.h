@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+class QTextEdit;
+
+/// Name of a picture that is inserted at a time: "capture_image_" and one character whose code is the number of
+/// seconds modulo 65536. Pictures of the same second share a name; the later one then takes the place of the earlier.
+QString pictureName(qint64 secondsSinceEpoch);
+
+/// Width that an inserted picture gets: that of the viewport less the vertical scroll bar's width in millimetres.
+int pictureWidth(const QTextEdit& editor);
+
+/// Scales a picture up or down to pictureWidth() and inserts it at the editor's cursor, in place of a selection.
+/// What is typed behind it continues the text before it.
+/// @return false for a null picture and one of which nothing is left at that width; the page is then unchanged
+bool insertPicture(QTextEdit& editor, const QImage& picture, qint64 secondsSinceEpoch);
