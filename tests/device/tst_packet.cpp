@@ -17,10 +17,8 @@ private slots:
     void tableWords();
     void frame_data();
     void frame();
-    void setKeyFrameIgnoresTheCurrentKey_data();
     void setKeyFrameIgnoresTheCurrentKey();
     void packEqualsOneDotAtATime();
-    void packRefuses_data();
     void packRefuses();
 };
 
@@ -106,25 +104,17 @@ void PacketTest::frame()
     }
 }
 
-void PacketTest::setKeyFrameIgnoresTheCurrentKey_data()
-{
-    QTest::addColumn<quint32>("newKey");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("table word 0") << 0U << QByteArray("0218010400823d1f6a1cdf442103");
-    QTest::newRow("table word 1") << 0x77073096U << QByteArray("0218010400140d181dacf6241c03");
-    QTest::newRow("table word 255") << 0x2D02EF8DU << QByteArray("02180104000fd21d47901820eb03");
-}
-
 void PacketTest::setKeyFrameIgnoresTheCurrentKey()
 {
-    QFETCH(quint32, newKey);
-    for (const quint32 current : {kDefaultCrcKey, 0xFFFFFFFFU}) {
-        setCurrentCrcKey(current);
+    const QHash<quint32, QByteArray> frames = {{0U, "0218010400823d1f6a1cdf442103"},
+                                               {0x77073096U, "0218010400140d181dacf6241c03"},
+                                               {0x2D02EF8DU, "02180104000fd21d47901820eb03"}};
+    for (auto it = frames.begin(); it != frames.end(); ++it) {
+        setCurrentCrcKey(it.key() + 1);
         QByteArray built(kSetKeyFrameSize, '\xAA');
-        buildSetKeyFrame(reinterpret_cast<unsigned char*>(built.data()), newKey);
-        QTEST(built.toHex(), "bytes");
+        buildSetKeyFrame(reinterpret_cast<unsigned char*>(built.data()), it.key());
+        QCOMPARE(built.toHex(), it.value());
     }
-    setCurrentCrcKey(kDefaultCrcKey);
 }
 
 void PacketTest::packEqualsOneDotAtATime()
@@ -153,35 +143,26 @@ void PacketTest::packEqualsOneDotAtATime()
     }
 }
 
-void PacketTest::packRefuses_data()
-{
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("height");
-    QTest::addColumn<bool>("refused");
-    QTest::newRow("K2 page on K1") << 0 << 576 << 1 << true;
-    QTest::newRow("K1 page on K2") << 1 << 384 << 1 << true;
-    QTest::newRow("one dot short") << 0 << 383 << 1 << true;
-    QTest::newRow("model unknown is 384") << 5 << 384 << 1 << false;
-    QTest::newRow("negative height") << 0 << 384 << -1 << true;
-    QTest::newRow("absurd height") << 0 << 384 << 0x7FFFFFFF << true;
-    QTest::newRow("no rows: empty, not null") << 0 << 384 << 0 << false;
-}
-
 void PacketTest::packRefuses()
 {
-    QFETCH(int, model);
-    QFETCH(int, width);
-    QFETCH(int, height);
-    QFETCH(bool, refused);
-    g_modelIndex = model;
     QByteArray pixels(576, '\x05');
-    const Raster raster = packRaster(reinterpret_cast<unsigned char*>(pixels.data()), width, height);
-    QCOMPARE(!raster.bytes, refused);
-    QCOMPARE(raster.size, refused ? 0 : width / 8 * height);
-    if (refused)
-        QCOMPARE(pixels, QByteArray(576, '\x05'));
-    QVERIFY(!packRaster(nullptr, printHeadWidth(), 1).bytes);
+    auto* data = reinterpret_cast<unsigned char*>(pixels.data());
+    const auto refuses = [data](int model, int width, int height) {
+        g_modelIndex = model;
+        const Raster raster = packRaster(data, width, height);
+        return !raster.bytes && raster.size == 0;
+    };
+    QVERIFY(refuses(0, 576, 1)); // a page for the other head
+    QVERIFY(refuses(1, 384, 1));
+    QVERIFY(refuses(0, 383, 1));
+    QVERIFY(refuses(0, 384, -1));
+    QVERIFY(refuses(0, 384, 0x7FFFFFFF));
+    QCOMPARE(pixels, QByteArray(576, '\x05')); // as they were
+    QVERIFY(!packRaster(nullptr, 384, 1).bytes);
+
+    const Raster empty = packRaster(data, 384, 0); // no rows: empty, not null
+    QVERIFY(empty.bytes && empty.size == 0);
+    QVERIFY(!refuses(5, 384, 1)); // every other model has 384 dots
 }
 
 QTEST_APPLESS_MAIN(PacketTest)

@@ -19,7 +19,6 @@ private slots:
     void bringUpFails();
     void failedWriteLeadsToANewKey();
     void twoThreadsExchangeOneKey();
-    void rasterPieces_data();
     void rasterPieces();
     void rasterStopsAtTheFailedPiece();
     void badArguments();
@@ -175,32 +174,22 @@ void PrinterTest::twoThreadsExchangeOneKey()
     QCOMPARE(signalled.load(), 1);
 }
 
-void PrinterTest::rasterPieces_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QVector<int>>("pieces");
-    QTest::newRow("empty sends nothing") << 0 << QVector<int>{};
-    QTest::newRow("1007") << 1007 << QVector<int>{1007};
-    QTest::newRow("1008") << 1008 << QVector<int>{1008};
-    QTest::newRow("1009") << 1009 << QVector<int>{1008, 1};
-    QTest::newRow("42 lines of K1: no empty frame") << 2016 << QVector<int>{1008, 1008};
-    QTest::newRow("29 lines of K2") << 2088 << QVector<int>{1008, 1008, 72};
-}
-
 void PrinterTest::rasterPieces()
 {
-    QFETCH(int, size);
-    QFETCH(QVector<int>, pieces);
+    const QMap<int, QVector<int>> piecesOfSize = {{0, {}},           {1007, {1007}},       {1008, {1008}},
+                                                  {1009, {1008, 1}}, {2016, {1008, 1008}}, {2088, {1008, 1008, 72}}};
     QVERIFY(m_printer->connectUsb());
-    newCodes();
-    const QByteArray raster(size, '\x5A');
-    QCOMPARE(m_printer->sendRaster(reinterpret_cast<const unsigned char*>(raster.constData()), size), 0);
-    QVector<int> sizes;
-    for (const FrameRecord& frame : simulatedPrinter().frames().mid(m_framesSeen)) {
-        QVERIFY(frame.crcOk && frame.code == 0 && frame.tag == 1);
-        sizes.append(frame.length);
+    for (const int size : piecesOfSize.keys()) {
+        newCodes();
+        const QByteArray raster(size, '\x5A');
+        QCOMPARE(m_printer->sendRaster(reinterpret_cast<const unsigned char*>(raster.constData()), size), 0);
+        QVector<int> pieces;
+        for (const FrameRecord& frame : simulatedPrinter().frames().mid(m_framesSeen)) {
+            QVERIFY(frame.crcOk && frame.code == 0 && frame.tag == 1);
+            pieces.append(frame.length);
+        }
+        QCOMPARE(pieces, piecesOfSize[size]);
     }
-    QCOMPARE(sizes, pieces);
 }
 
 void PrinterTest::rasterStopsAtTheFailedPiece()

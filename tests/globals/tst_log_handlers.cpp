@@ -86,22 +86,24 @@ void LogHandlersTest::fileRecord()
 void LogHandlersTest::threadsDoNotMixRecords()
 {
     constexpr int kRecords = 200;
+    constexpr int kLong = 300;
     const auto logMany = [](const QString& text) {
         for (int i = 0; i < kRecords; ++i)
             fileMessageHandler(QtDebugMsg, QMessageLogContext(), text);
     };
-    std::unique_ptr<QThread> other(QThread::create(logMany, QString(300, 'b')));
+    std::unique_ptr<QThread> other(QThread::create(logMany, QString(kLong, 'b')));
     other->start();
-    logMany(QString(300, 'a'));
+    logMany(QString(kLong, 'a'));
     QVERIFY(other->wait(30000));
 
     QList<QByteArray> records = log().split('\n');
     QCOMPARE(records.takeLast(), QByteArray());
     QCOMPARE(records.size(), 2 * kRecords);
-    const QRegularExpression whole(
-        "^Message:(a{300}|b{300}) File:  Line:0  Function:  DateTime:[^:]+:\\d\\d:[^:]+\r$");
-    for (const QByteArray& record : qAsConst(records))
-        QVERIFY2(whole.match(QString::fromUtf8(record)).hasMatch(), record.constData());
+    for (const QByteArray& record : qAsConst(records)) {
+        const char letter = record.mid(8, 1).at(0);
+        QVERIFY(record.startsWith("Message:" + QByteArray(kLong, letter) + " File:  Line:0  Function:  DateTime:"));
+        QVERIFY(record.endsWith('\r'));
+    }
 }
 
 void LogHandlersTest::unopenableFileIsPassedOver()
@@ -120,24 +122,20 @@ void LogHandlersTest::console_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("output");
-    QTest::addColumn<bool>("aborts");
-    QTest::newRow("debug") << QStringList{"short", "0", "context"} << QByteArray("Debug: hello %s\n") << false;
-    QTest::newRow("info") << QStringList{"short", "4", "context"} << QByteArray("Info: hello %s\n") << false;
-    QTest::newRow("warning") << QStringList{"short", "1", "context"} << QByteArray("Warning: hello %s\n") << false;
-    QTest::newRow("critical") << QStringList{"short", "2", "context"}
-                              << QByteArray("Critical: hello %s (a.cpp:7, f())\n") << false;
-    QTest::newRow("fatal") << QStringList{"short", "3", "context"} << QByteArray("Fatal: hello %s (a.cpp:7, f())\n")
-                           << true;
-    QTest::newRow("no context") << QStringList{"short", "2", "none"} << QByteArray("Critical: hello %s (:0, )\n")
-                                << false;
-    QTest::newRow("unknown") << QStringList{"short", "5", "context"} << QByteArray() << false;
-    QTest::newRow("verbose debug") << QStringList{"verbose", "0", "context"}
-                                   << QByteArray("Debug: hello %s (a.cpp:7, f())\n") << false;
-    QTest::newRow("verbose info") << QStringList{"verbose", "4", "context"}
-                                  << QByteArray("Info: hello %s (a.cpp:7, f())\n") << false;
-    QTest::newRow("verbose fatal") << QStringList{"verbose", "3", "context"}
-                                   << QByteArray("Fatal: hello %s (a.cpp:7, f())\n") << true;
-    QTest::newRow("verbose unknown") << QStringList{"verbose", "-1", "context"} << QByteArray() << false;
+    const auto row = [](const QStringList& arguments, const char* output) {
+        QTest::newRow(qPrintable(arguments.join(' '))) << arguments << QByteArray(output);
+    };
+    row({"short", "0", "context"}, "Debug: hello %s\n");
+    row({"short", "4", "context"}, "Info: hello %s\n");
+    row({"short", "1", "context"}, "Warning: hello %s\n");
+    row({"short", "2", "context"}, "Critical: hello %s (a.cpp:7, f())\n");
+    row({"short", "2", "none"}, "Critical: hello %s (:0, )\n");
+    row({"short", "3", "context"}, "Fatal: hello %s (a.cpp:7, f())\n");
+    row({"short", "5", "context"}, "");
+    row({"verbose", "0", "context"}, "Debug: hello %s (a.cpp:7, f())\n");
+    row({"verbose", "4", "context"}, "Info: hello %s (a.cpp:7, f())\n");
+    row({"verbose", "3", "context"}, "Fatal: hello %s (a.cpp:7, f())\n");
+    row({"verbose", "-1", "context"}, "");
 }
 
 void LogHandlersTest::console()
@@ -147,7 +145,7 @@ void LogHandlersTest::console()
     child.start(QCoreApplication::applicationFilePath(), QStringList{"--child"} + arguments);
     QVERIFY(child.waitForFinished(30000));
     QTEST(child.readAllStandardError(), "output");
-    QTEST(child.exitStatus() == QProcess::CrashExit, "aborts");
+    QCOMPARE(child.exitStatus() == QProcess::CrashExit, arguments.at(1) == "3"); // fatal aborts
 }
 
 int main(int argc, char** argv)
