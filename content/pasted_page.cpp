@@ -65,6 +65,8 @@ void adoptPicture(const TextRun& run, QTextDocument& pasted, QTextDocument& page
         return;
     }
     picture.setDevicePixelRatio(1);
+    format.clearForeground(); // what is typed behind the picture takes them over
+    format.clearBackground();
     format.setName(addPicture(page, picture));
     cursor.setCharFormat(format);
 }
