@@ -11,10 +11,6 @@
 
 namespace {
 
-constexpr unsigned char kStartMarker = 0x02;
-constexpr unsigned char kEndMarker = 0x03;
-constexpr int kHeaderSize = 5;
-
 std::atomic<std::uint32_t> currentKey{kDefaultCrcKey};
 
 void putLittleEndian32(unsigned char* out, std::uint32_t value)
@@ -65,15 +61,15 @@ void buildFrame(unsigned char* out, unsigned char code, unsigned char tag, const
                 int payloadSize, std::uint32_t key)
 {
     const auto size = static_cast<std::size_t>(payloadSize);
-    out[0] = kStartMarker;
+    out[0] = kFrameStart;
     out[1] = code;
     out[2] = tag;
     out[3] = static_cast<unsigned char>(size & 0xFFU);
     out[4] = static_cast<unsigned char>(size >> 8);
     if (size > 0)
-        std::memcpy(out + kHeaderSize, payload, size);
-    putLittleEndian32(out + kHeaderSize + size, crc32(key, payload, size));
-    out[kHeaderSize + size + 4] = kEndMarker;
+        std::memcpy(out + kFrameHeaderSize, payload, size);
+    putLittleEndian32(out + kFrameHeaderSize + size, crc32(key, payload, size));
+    out[kFrameHeaderSize + size + 4] = kFrameEnd;
 }
 
 void buildCommandFrame(unsigned char* out, unsigned char code, std::uint16_t value, std::uint32_t key)

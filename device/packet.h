@@ -35,6 +35,9 @@ enum CommandCode : unsigned char {
     CommandGetPrintedLength = 0x34,
 };
 
+constexpr unsigned char kFrameStart = 0x02;
+constexpr unsigned char kFrameEnd = 0x03;
+constexpr int kFrameHeaderSize = 5;     ///< bytes before the payload
 constexpr int kFrameOverhead = 10;      ///< bytes of a frame beside its payload
 constexpr int kMaxPayload = 0xFFFF;     ///< bytes; the length field has 16 bits
 constexpr int kPrintDataPayload = 1008; ///< raster bytes a frame: 21 lines of the 384-dot head, 14 of the 576-dot one
