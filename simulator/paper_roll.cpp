@@ -63,26 +63,29 @@ void PaperRoll::tearOff()
     }
 }
 
-QImage PaperRoll::picture(qint64 firstLine) const
+QImage PaperRoll::picture(qint64 firstLine, int lines) const
 {
-    const int skip = static_cast<int>(std::clamp<qint64>(firstLine - m_tornOff, 0, m_kept));
-    if (skip == m_kept)
+    const int from = static_cast<int>(std::clamp<qint64>(firstLine - m_tornOff, 0, m_kept));
+    const int end = from + std::clamp(lines, 0, m_kept - from);
+    if (from == end)
         return {};
-    QImage picture(headDots(), m_kept - skip, QImage::Format_Mono);
+    QImage picture(headDots(), end - from, QImage::Format_Mono);
     if (picture.isNull())
         return {};
     picture.setColorTable({qRgb(255, 255, 255), qRgb(0, 0, 0)});
     picture.fill(0);
     const char* dots = m_dots.constData() + m_dotsAt;
-    int line = -skip;
+    int runStart = 0;
     for (const Run& run : m_runs) {
-        for (int i = 0; i < run.lines; ++i, ++line) {
-            if (run.kind == Kind::Blank)
-                continue;
-            if (line >= 0)
-                std::memcpy(picture.scanLine(line), dots, static_cast<std::size_t>(m_lineBytes));
-            dots += m_lineBytes;
+        if (run.kind != Kind::Blank) {
+            for (int line = std::max(from, runStart); line < std::min(end, runStart + run.lines); ++line)
+                std::memcpy(picture.scanLine(line - from), dots + (line - runStart) * m_lineBytes,
+                            static_cast<std::size_t>(m_lineBytes));
+            dots += run.lines * m_lineBytes;
         }
+        runStart += run.lines;
+        if (runStart >= end)
+            break;
     }
     return picture;
 }

@@ -36,9 +36,9 @@ public:
     qint64 fedLines() const { return m_fed; }               ///< since the roll was put in
     qint64 firstKeptLine() const { return m_tornOff; }
 
-    /// The kept lines from number `firstLine` on, black dots on white, Format_Mono with black in colour 1, so that
-    /// the scan lines are the bytes that were burnt. Null when there are none.
-    QImage picture(qint64 firstLine) const;
+    /// The kept lines from number `firstLine` on, at most `lines` of them, black dots on white, Format_Mono with
+    /// black in colour 1, so that the scan lines are the bytes that were burnt. Null when there are none.
+    QImage picture(qint64 firstLine, int lines = kKeptLines) const;
     /// The bytes of the kept lines that jobs burnt, without feeds and the printer's own patterns.
     QByteArray jobLines() const;
 

@@ -83,6 +83,7 @@ void SimulatedPrinter::handleFrames(QVector<FrameRecord>* received)
         record.length = static_cast<quint16>(frame.payload.size());
         record.crcOk = frame.seal == sealOf(frame.payload, frame.code == kSetKey ? kKeyMask : m_key);
         record.msSinceEpoch = QDateTime::currentMSecsSinceEpoch();
+        record.number = m_nextFrame++;
         remember(&m_records, record);
         received->append(record);
         if (!record.crcOk) {

@@ -19,8 +19,20 @@ struct FrameRecord
     quint16 length = 0; ///< payload bytes
     bool crcOk = false;
     qint64 msSinceEpoch = 0;
+    qint64 number = 0; ///< counted from 0 for the whole life of the printer, resets included
 };
 Q_DECLARE_METATYPE(FrameRecord)
+
+/// The paper at one moment; what stands here belongs together although lines keep coming.
+struct PaperLook
+{
+    int roll = 0; ///< grows with every new roll
+    int headDots = 0;
+    qint64 firstKeptLine = 0; ///< the lines before it are gone
+    qint64 lineCount = 0;     ///< dot lines since the roll was put in
+    qint64 firstLine = 0;     ///< the first line of `picture`
+    QImage picture;           ///< as SimulatedPrinter::paper() gives it
+};
 
 /// A printer in software: the device's side of the wire, and its paper.
 ///
@@ -98,6 +110,9 @@ public:
     /// dots on white, Format_Mono whose colour 1 is black. The roll keeps PaperRoll::kKeptLines lines; null when
     /// there are none. A copy: cheap for the tail, costly for a long roll.
     QImage paper(qint64 firstLine = 0) const;
+    /// The same for at most `lines` lines, with the facts that tell which lines they are. Cheap for a screenful
+    /// anywhere on the roll; for none it gives the facts alone.
+    PaperLook lookAtPaper(qint64 firstLine, int lines) const;
     qint64 paperLines() const; ///< dot lines that came out since the roll was put in
     /// Bytes of the lines that jobs burnt, headDots / 8 a line; no feeds, no self-test page.
     QByteArray jobLines() const;
@@ -106,13 +121,14 @@ public:
     int frameCount() const;     ///< frames whose CRC was right
     int crcErrorCount() const;  ///< frames that were whole and had another CRC
     int keyExchangeCount() const;
-    qint64 skippedBytes() const; ///< bytes that belonged to no frame
-    QVector<FrameRecord> frames() const;
+    qint64 skippedBytes() const;                               ///< bytes that belonged to no frame
+    QVector<FrameRecord> frames(qint64 firstNumber = 0) const; ///< the remembered ones from this number on
 
 signals:
     void frameReceived(const FrameRecord& frame);
     void paperChanged();
     void pluggedInChanged(bool pluggedIn);
+    void conditionChanged();
 
 private:
     struct Faults
@@ -146,6 +162,7 @@ private:
     QByteArray takeOldest(int capacity);
     void loseSession();
     void powerOn();
+    void putInRoll();
 
     mutable std::mutex m_mutex; ///< not QMutex: the thread sanitizer does not see into an uninstrumented Qt
     Model m_model;
@@ -157,6 +174,8 @@ private:
     quint32 m_key = kPowerOnKey;
     FrameDecoder m_decoder;
     PaperRoll m_roll;
+    int m_rollNumber = 0;
+    qint64 m_nextFrame = 0;
     std::deque<QByteArray> m_replies;
     int m_replyBytes = 0;
     std::deque<int> m_feeds;

@@ -1,6 +1,8 @@
 // What is done to the simulated printer, and what one sees of it. The wire is in simulated_printer.cpp.
 #include "simulator/simulated_printer.h"
 
+#include <algorithm>
+
 namespace {
 
 template <typename T>
@@ -25,6 +27,12 @@ void SimulatedPrinter::powerOn()
     loseSession();
 }
 
+void SimulatedPrinter::putInRoll()
+{
+    m_roll = PaperRoll(headDots(m_model));
+    ++m_rollNumber;
+}
+
 void SimulatedPrinter::reset(Model model)
 {
     {
@@ -34,12 +42,13 @@ void SimulatedPrinter::reset(Model model)
         m_faults = Faults();
         m_counts = Counts();
         m_decoder = FrameDecoder();
-        m_roll = PaperRoll(headDots(model));
+        putInRoll();
         m_feeds.clear();
         m_records.clear();
         powerOn();
     }
     emit pluggedInChanged(true);
+    emit conditionChanged();
     emit paperChanged();
 }
 
@@ -75,7 +84,7 @@ void SimulatedPrinter::plugIn(Model model)
             return;
         m_model = model;
         if (newRoll)
-            m_roll = PaperRoll(headDots(model));
+            putInRoll();
         powerOn();
     }
     emit pluggedInChanged(true);
@@ -109,8 +118,13 @@ void SimulatedPrinter::setFailingPrepare(bool failing)
 
 void SimulatedPrinter::setCondition(Condition condition)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_condition = condition;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_condition == condition)
+            return;
+        m_condition = condition;
+    }
+    emit conditionChanged();
 }
 
 bool SimulatedPrinter::isPluggedIn() const
@@ -147,6 +161,19 @@ QImage SimulatedPrinter::paper(qint64 firstLine) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_roll.picture(firstLine);
+}
+
+PaperLook SimulatedPrinter::lookAtPaper(qint64 firstLine, int lines) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    PaperLook look;
+    look.roll = m_rollNumber;
+    look.headDots = m_roll.headDots();
+    look.firstKeptLine = m_roll.firstKeptLine();
+    look.lineCount = m_roll.lineCount();
+    look.firstLine = std::max(firstLine, look.firstKeptLine);
+    look.picture = m_roll.picture(firstLine, lines);
+    return look;
 }
 
 qint64 SimulatedPrinter::paperLines() const
@@ -197,8 +224,10 @@ qint64 SimulatedPrinter::skippedBytes() const
     return m_decoder.skippedBytes();
 }
 
-QVector<FrameRecord> SimulatedPrinter::frames() const
+QVector<FrameRecord> SimulatedPrinter::frames(qint64 firstNumber) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return asVector(m_records);
+    const auto first = std::partition_point(m_records.begin(), m_records.end(),
+                                            [&](const FrameRecord& record) { return record.number < firstNumber; });
+    return QVector<FrameRecord>(first, m_records.end());
 }

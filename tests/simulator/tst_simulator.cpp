@@ -23,6 +23,7 @@ private slots:
     void startsAfreshAfterEveryByte();
     void refusesAndRecovers();
     void memoryIsBounded();
+    void whatWatchersAsk();
     void threadsAtOnce();
     void replugsWhileThreadsWork();
 
@@ -257,6 +258,43 @@ void SimulatorTest::memoryIsBounded()
     QCOMPARE(roll.jobLines().size(), (PaperRoll::kKeptLines - 10) * 48);
     QCOMPARE(roll.jobLines().at(0), static_cast<char>(1500));
     QCOMPARE(bits(roll.picture(2499999)), QByteArray(48, static_cast<char>(2499)) + QByteArray(480, '\0'));
+    QCOMPARE(bits(roll.picture(2499998, 3)), QByteArray(96, static_cast<char>(2499)) + QByteArray(48, '\0'));
+    QCOMPARE(bits(roll.picture(0, 1)), QByteArray(48, static_cast<char>(1500))); // the oldest that is left
+    QVERIFY(roll.picture(2499998, 0).isNull());
+}
+
+void SimulatorTest::whatWatchersAsk()
+{
+    const QByteArray lines = twoLines(48);
+    const int roll = m_printer.lookAtPaper(0, 0).roll;
+    write(kFeed2 + print(lines) + kFeed2);
+    const PaperLook look = m_printer.lookAtPaper(1, 3);
+    QCOMPARE(bits(look.picture), QByteArray(48, '\0') + lines);
+    QCOMPARE(look.firstLine, 1);
+    QCOMPARE(look.lineCount, 6);
+    QCOMPARE(look.firstKeptLine, 0);
+    QCOMPARE(look.headDots, 384);
+
+    const qint64 number = m_printer.frames().last().number;
+    write(kFeed2);
+    QCOMPARE(m_printer.frames(number).size(), 2);
+    QCOMPARE(m_printer.frames(number + 2).size(), 0);
+    QSignalSpy conditions(&m_printer, &SimulatedPrinter::conditionChanged);
+    m_printer.setCondition(Condition::Ready);
+    m_printer.setCondition(Condition::PaperOut);
+    QCOMPARE(conditions.size(), 1);
+
+    m_printer.unplug();
+    m_printer.plugIn();
+    QCOMPARE(m_printer.lookAtPaper(0, 0).roll, roll);
+    m_printer.plugIn(Model::K2);
+    QCOMPARE(m_printer.lookAtPaper(0, 0).roll, roll + 1);
+    m_printer.reset();
+    QCOMPARE(m_printer.lookAtPaper(0, 0).roll, roll + 2);
+    QCOMPARE(conditions.size(), 2);
+    open();
+    write(kFeed2);
+    QCOMPARE(m_printer.frames().value(0).number, number + 2); // no number comes twice
 }
 
 /// A job, somebody asking whether the printer lives, and watchers: no frame, line, reply or signal gets lost.
