@@ -1,0 +1,80 @@
+#include "app/dialogs/progress_cat_running_dialog.h"
+
+#include "ui_progress_cat_running_dialog.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMovie>
+
+#include <algorithm>
+
+namespace {
+
+/// Whether a window is open that keeps the program running.
+bool programGoesOn()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && !window->parentWidget() && window->testAttribute(Qt::WA_QuitOnClose);
+    });
+}
+
+} // namespace
+
+ProgressCatRunningDialog::ProgressCatRunningDialog(QWidget* parent)
+    : QDialog(parent)
+    , m_ui(new Ui::Progress_Cat_Running_Dialog)
+{
+    m_ui->setupUi(this);
+    // In place of the flags of a dialog, whose window type goes with them.
+    setWindowFlags(Qt::FramelessWindowHint | Qt::WindowMinimizeButtonHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    startAnimation();
+}
+
+ProgressCatRunningDialog::~ProgressCatRunningDialog() = default;
+
+void ProgressCatRunningDialog::startAnimation()
+{
+    // The style sheet shows the first frame as the label's background, which would stand still behind the moving cat.
+    m_ui->label->setAttribute(Qt::WA_NoSystemBackground);
+    auto* movie = new QMovie(QStringLiteral(":/new/src/images/progress_catrun.gif")); // outlives the dialog
+    movie->setScaledSize(m_ui->label->size());
+    m_ui->label->setMovie(movie);
+    movie->start();
+}
+
+void ProgressCatRunningDialog::setText(QString text)
+{
+    m_text = text;
+    m_ui->labelText->setText(text);
+    m_ui->labelText->adjustSize();
+}
+
+void ProgressCatRunningDialog::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_ui->retranslateUi(this);
+        if (m_text)
+            m_ui->labelText->setText(*m_text);
+    }
+    QDialog::changeEvent(event);
+}
+
+void ProgressCatRunningDialog::closeEvent(QCloseEvent* event)
+{
+    // To quit, Qt closes every window as a window manager would, and gives up at the first one that stays.
+    if (event->spontaneous() && programGoesOn())
+        event->ignore();
+    else
+        QDialog::closeEvent(event);
+}
+
+void ProgressCatRunningDialog::keyPressEvent(QKeyEvent* event)
+{
+    // Not by a reject() that does nothing: close() goes through it too.
+    if (!event->matches(QKeySequence::Cancel))
+        QDialog::keyPressEvent(event);
+}

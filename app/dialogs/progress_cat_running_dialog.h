@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class Progress_Cat_Running_Dialog;
+}
+
+/// A cat that runs while the person has to wait. Frameless and always on top; only the program closes it, and closing
+/// hides it: Esc and the window manager's close do nothing, since nobody would then clear what is being waited for.
+/// It does not keep the program running. GUI thread.
+class ProgressCatRunningDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit ProgressCatRunningDialog(QWidget* parent = nullptr);
+    ~ProgressCatRunningDialog() override;
+
+    /// Says what is being waited for, in one line below the cat. The text stays when the language changes. The dialog
+    /// keeps its size, and what is wider than 135 pixels is cut at its edge.
+    void setText(QString text);
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void startAnimation();
+
+    std::unique_ptr<Ui::Progress_Cat_Running_Dialog> m_ui;
+    std::optional<QString> m_text; ///< nothing until setText(): the form's own text shows
+};

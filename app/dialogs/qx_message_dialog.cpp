@@ -1,0 +1,27 @@
+#include "app/dialogs/qx_message_dialog.h"
+
+#include "ui_qx_message_dialog.h"
+
+#include <QEvent>
+
+QXMessageDialog::QXMessageDialog(QWidget* parent)
+    : QDialog(parent)
+    , m_ui(new Ui::QXMessageDialog)
+{
+    m_ui->setupUi(this);
+}
+
+QXMessageDialog::~QXMessageDialog() = default;
+
+void QXMessageDialog::setMessage(int code, QString msg)
+{
+    m_ui->label->setText(QStringLiteral("code:%1 \n msg:%2").arg(code).arg(msg));
+    m_ui->label->adjustSize();
+}
+
+void QXMessageDialog::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        m_ui->retranslateUi(this); // leaves the message alone, which is no text of the form
+    QDialog::changeEvent(event);
+}

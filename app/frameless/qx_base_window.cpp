@@ -1,0 +1,6 @@
+#include "app/frameless/qx_base_window.h"
+
+QXBaseWindow::QXBaseWindow(QWidget* parent)
+    : QWidget(parent)
+{
+}

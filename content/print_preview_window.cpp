@@ -1,0 +1,8 @@
+#include "content/print_preview_window.h"
+
+PrintPreviewWindow::PrintPreviewWindow(QWidget* parent)
+    : QWidget(parent)
+{
+}
+
+PrintPreviewWindow::~PrintPreviewWindow() = default;

@@ -1,0 +1,63 @@
+#include "content/capture_screen.h"
+#include "content/capture_selection.h"
+
+#include <QPainter>
+#include <QtTest>
+
+class CaptureSelectionTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // On a second monitor of 100 x 80, to the right of one that is 200 wide, with a tool bar of 40 x 12.
+    void dragged_data()
+    {
+        QTest::addColumn<QLine>("drag");
+        QTest::addColumn<QRect>("selection");
+        QTest::addColumn<QPoint>("toolBar");
+        QTest::newRow("down left; below") << QLine(270, 10, 210, 58) << QRect(210, 10, 60, 48) << QPoint(230, 68);
+        QTest::newRow("up right; above") << QLine(210, 59, 270, 22) << QRect(210, 22, 60, 37) << QPoint(230, 0);
+        QTest::newRow("neither; last but one")
+            << QLine(210, 21, 298, 78) << QRect(210, 21, 88, 57) << QPoint(258, 56);
+        QTest::newRow("smallest; left edge") << QLine(210, 20, 208, 22) << QRect(208, 20, 2, 2) << QPoint(200, 32);
+        QTest::newRow("whole and beyond") << QLine(299, 79, 120, -9) << QRect(200, 0, 100, 80) << QPoint(260, 58);
+        QTest::newRow("click, shaking hand") << QLine(210, 20, 208, 21) << QRect() << QPoint();
+        QTest::newRow("straight line") << QLine(210, 20, 240, 20) << QRect() << QPoint();
+    }
+
+    void dragged()
+    {
+        QFETCH(QLine, drag);
+        const QRect monitor(200, 0, 100, 80);
+        const QRect area = draggedRectangle(drag.p1(), drag.p2(), monitor);
+        QTEST(area, "selection");
+        QTEST(area.isEmpty() ? QPoint() : toolBarPosition(area, QSize(40, 12), monitor), "toolBar");
+    }
+
+    // A copy of a rectangle is what stood there; 128 x 103 dots at 1.25 are no whole number of logical pixels.
+    void scaled()
+    {
+        for (const qreal ratio : {1.0, 1.25, 2.0}) {
+            QPixmap expected(102, 82), grab(expected.size() * ratio);
+            grab.fill(Qt::red);
+            expected.fill(Qt::red);
+            QPainter(&grab).fillRect(QRectF(20 * ratio, 40 * ratio, 40 * ratio, 20 * ratio), Qt::blue);
+            QPainter(&expected).fillRect(20, 40, 40, 20, Qt::blue);
+            grab.setDevicePixelRatio(ratio);
+            QCOMPARE(scaledToScreen(grab, expected.size()), expected);
+        }
+    }
+
+    void nothingToCapture()
+    {
+        QTest::ignoreMessage(QtWarningMsg, "The screen cannot be captured on the platform \"offscreen\"");
+        CaptureScreen overlay;
+        QSignalSpy closes(&overlay, &CaptureScreen::signalClose);
+        overlay.show();
+        QVERIFY(!overlay.isVisible());
+        QTRY_COMPARE(closes.count(), 1);
+    }
+};
+
+QTEST_MAIN(CaptureSelectionTest)
+#include "tst_capture_selection.moc"
