@@ -1,0 +1,66 @@
+#include "app/language/language_window.h"
+
+#include "app/globals/model.h"
+#include "app/globals/settings.h"
+#include "ui_language_window.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QPushButton>
+#include <QSettings>
+#include <QTranslator>
+
+namespace {
+
+const QString kTranslationEnglish = QStringLiteral(":/com/quillbox/language/quillbox_en_WW.qm");
+
+// Every switch adds a translator, and all of them live as long as the process: the newest is asked first.
+void switchLanguage(const QString& resource, const QString& code)
+{
+    auto* translator = new QTranslator;
+    translator->load(resource);
+    QCoreApplication::installTranslator(translator);
+    QSettings(kOrganization, kApplication).setValue(kLanguageKey, code);
+}
+
+} // namespace
+
+LanguageWindow::LanguageWindow(QWidget* parent)
+    : QWidget(parent)
+    , m_ui(new Ui::LanguageWindow)
+{
+    m_ui->setupUi(this);
+    // Connected last: to open the window must not change the model.
+    m_ui->comboBoxDevices->addItems({modelName(0), modelName(1)});
+    m_ui->comboBoxDevices->setCurrentIndex(g_modelIndex);
+    connect(m_ui->buttonChinese, &QPushButton::clicked, this, &LanguageWindow::slotsTrZH_CN);
+    connect(m_ui->buttonEnglish, &QPushButton::clicked, this, &LanguageWindow::slotsTrEn_WW);
+    connect(m_ui->comboBoxDevices, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &LanguageWindow::slotsCBDevicesIndexChanged);
+}
+
+LanguageWindow::~LanguageWindow() = default;
+
+void LanguageWindow::slotsTrEn_WW()
+{
+    switchLanguage(kTranslationEnglish, kLanguageEnglish);
+}
+
+void LanguageWindow::slotsTrZH_CN()
+{
+    switchLanguage(kTranslationChinese, kLanguageChinese);
+}
+
+void LanguageWindow::slotsCBDevicesIndexChanged(int index)
+{
+    Q_UNUSED(index) // the name decides
+    g_modelIndex = modelIndex(m_ui->comboBoxDevices->currentText());
+}
+
+void LanguageWindow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        m_ui->retranslateUi(this); // the models are no texts of the form and stay
+    QWidget::changeEvent(event);
+}

@@ -1,0 +1,253 @@
+#include "app/main_window.h"
+#include "ui_main_window.h"
+
+#include "app/dialogs/about_quillbox_dialog.h"
+#include "app/dialogs/progress_cat_running_dialog.h"
+#include "app/globals/model.h"
+#include "app/globals/trace.h"
+#include "app/picture_file.h"
+#include "content/capture_screen.h"
+#include "content/edit_main_window.h"
+#include "content/print_preview_window.h"
+#include "device/printer_read_thread.h"
+#include "device/printer_thread.h"
+
+#include <QEvent>
+#include <QFileDialog>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStackedWidget>
+#include <QStandardPaths>
+#include <QTextEdit>
+#include <QTimer>
+#include <QtDebug>
+
+namespace {
+
+constexpr int kWidth = 600; ///< pixels
+constexpr int kHeight = 460;
+constexpr int kConnectingMs = 8000; ///< what the device may take to tell its model
+constexpr int kVanishMs = 200;      ///< until the desktop has painted what was behind the window
+constexpr unsigned char kModelReply = 0x07;
+constexpr int kWiderHead = 1; ///< model index
+
+} // namespace
+
+MainWindow::MainWindow(QWidget* parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::MainWindow>())
+    , menuBar(std::make_unique<QMenuBar>())
+{
+    setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+    setFixedSize(width(), height());
+    ui->setupUi(this);
+    buildMenu();
+    onMenuUpdateClicked();
+    createThreads();
+    createPages();
+    connectButtons();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::buildMenu()
+{
+    QMenu* menu = menuBar->addMenu(QString());
+    QAction* about = menu->addAction(QString());
+    about->setShortcut(QKeySequence(QStringLiteral("Ctrl+M")));
+    connect(about, &QAction::triggered, this, &MainWindow::onMenuAboutClicked);
+    menu->addSeparator();
+    QAction* update = menu->addAction(QString());
+    update->setShortcut(QKeySequence(QStringLiteral("Ctrl+U")));
+    connect(update, &QAction::triggered, this, &MainWindow::onMenuUpdateClicked);
+    retranslateMenu();
+}
+
+void MainWindow::retranslateMenu()
+{
+    QAction* menu = menuBar->actions().constFirst();
+    menu->setText(tr("关于"));
+    menu->menu()->actions().constFirst()->setText(tr("关于羽毛盒"));
+    menu->menu()->actions().constLast()->setText(tr("检查更新"));
+}
+
+void MainWindow::createThreads()
+{
+    printThread = new PrinterThread;
+    connect(printThread, &PrinterThread::resultReady, this, &MainWindow::slotsHandlePrintResult);
+    readThread = new PrinterReadThread;
+    connect(readThread, &PrinterReadThread::sigAnalysisSuccess, this, &MainWindow::onAnalysisSuccess);
+    connect(readThread, &PrinterReadThread::signalCheckSetCrcKeyFirstTime, this,
+            &MainWindow::onCheckSetCrcKeyFirstTime);
+    readThread->start();
+}
+
+void MainWindow::stopThreads()
+{
+    delete readThread;
+    readThread = nullptr;
+    delete printThread;
+    printThread = nullptr;
+}
+
+void MainWindow::createPages()
+{
+    editWindow = new EditMainWindow(this);
+    previewWindow = new PrintPreviewWindow(this);
+    setFixedWidth(kWidth);
+    setFixedHeight(kHeight);
+    editWindow->initFont();
+    stackedWidget = new QStackedWidget;
+    stackedWidget->addWidget(editWindow);
+    stackedWidget->addWidget(previewWindow);
+    stackedWidget->setCurrentIndex(0);
+    ui->verticalLayout->addWidget(stackedWidget);
+    editWindow->editor()->setFocus(); // one starts the client to write
+    trace(QStringLiteral("verticalLayout geometry"));
+    trace(ui->verticalLayout->geometry().width());
+    trace(ui->verticalLayout->geometry().height());
+}
+
+void MainWindow::connectButtons()
+{
+    connect(ui->printButton, &QPushButton::clicked, editWindow->printAction(), &QAction::trigger);
+    connect(editWindow, &EditMainWindow::signDoPrint, this, &MainWindow::doPrint);
+    connect(ui->pictureButton, &QPushButton::clicked, this, &MainWindow::slotsPickImage);
+    connect(this, &MainWindow::signalsPickImage, editWindow, &EditMainWindow::slotsInsertImage);
+    connect(ui->screenshotButton, &QPushButton::clicked, this, &MainWindow::slotsCaptureScreen);
+    ui->fontButton->setVisible(true);
+    connect(ui->fontButton, &QPushButton::clicked, this, &MainWindow::onBtnFontClicked);
+    ui->previewButton->hide();
+    ui->diagnosticsButton->hide();
+    connect(ui->diagnosticsButton, &QPushButton::clicked, this, &MainWindow::slotsSetLanguage);
+    ui->stateLabel->setText(QString());
+    ui->stateLabel->hide();
+}
+
+void MainWindow::doPrint(QImage image, int printType)
+{
+    if (deviceBusy || !printThread)
+        return;
+    trace(QStringLiteral("doPrint"));
+    if (printThread->isRunning()) {
+        qDebug() << "isRunning wait";
+        printThread->requestInterruption();
+    }
+    // Without effect on a thread that runs: the job just stored is printed by the start after this one.
+    printThread->setImage(image, printType);
+    printThread->start();
+}
+
+void MainWindow::slotsHandlePrintResult(int resultCode, QString strResult)
+{
+    if (resultCode != 0)
+        QMessageBox::information(this, tr("消息提示"), strResult, QMessageBox::Ok);
+    qDebug() << strResult;
+}
+
+void MainWindow::slotsPickImage()
+{
+    if (lastImageDir.isEmpty())
+        lastImageDir = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    const QString file = QFileDialog::getOpenFileName(this, tr("选择图片"), lastImageDir,
+                                                      tr("Images (*.png *.bmp *.jpg *.tif *.GIF *.jpeg)"));
+    if (file.isEmpty())
+        return;
+    const QImage image = loadPicture(file);
+    if (image.isNull())
+        return;
+    lastImageDir = file; // the file and not its folder: the next dialog opens on it
+    emit signalsPickImage(image);
+}
+
+void MainWindow::slotsCaptureScreen()
+{
+    if (!savedGeometry.isNull())
+        return;
+    savedGeometry = geometry();
+    // Next to nothing in a corner instead of hidden, for a hidden window might be the program's last.
+    setGeometry(0, 0, 0, 1);
+    setFixedWidth(0);
+    setFixedHeight(1);
+    QTimer::singleShot(kVanishMs, Qt::PreciseTimer, this, &MainWindow::slotsHandleTimeOut);
+}
+
+void MainWindow::slotsHandleTimeOut()
+{
+    captureScreen = new CaptureScreen;
+    // The window first: a picture is made as wide as the page, and the page is as wide as its window.
+    connect(captureScreen, &CaptureScreen::signalCompleteCature, this, &MainWindow::slotsHandleCaptureClose);
+    connect(captureScreen, &CaptureScreen::signalCompleteCature, editWindow, &EditMainWindow::slotsInsertPixmap);
+    connect(captureScreen, &CaptureScreen::signalClose, this, &MainWindow::slotsHandleCaptureClose);
+    // It holds a picture of the whole screen.
+    connect(captureScreen, &CaptureScreen::signalClose, captureScreen, &QObject::deleteLater);
+    captureScreen->show();
+}
+
+void MainWindow::slotsHandleCaptureClose()
+{
+    if (savedGeometry.isNull())
+        return;
+    setFixedWidth(kWidth);
+    setFixedHeight(kHeight);
+    setGeometry(savedGeometry);
+    savedGeometry = QRect();
+}
+
+void MainWindow::slotsSetLanguage() {}
+
+void MainWindow::onAnalysisSuccess(unsigned char pkgTag, QString text)
+{
+    if (pkgTag != kModelReply)
+        return;
+    if (text == modelName(kWiderHead)) {
+        g_modelConfirmed = true;
+        g_modelIndex = kWiderHead;
+        onDeviceInitTimeout();
+    }
+    trace(QStringLiteral("CRCKEY Set Success"));
+}
+
+void MainWindow::onBtnFontClicked()
+{
+    trace(QStringLiteral("onBtnFontClicked"));
+    editWindow->chooseFont();
+}
+
+void MainWindow::onMenuUpdateClicked() {}
+
+void MainWindow::onMenuAboutClicked()
+{
+    auto* dialog = new AboutQuillboxDialog;
+    dialog->show();
+}
+
+void MainWindow::onDeviceInitTimeout()
+{
+    if (!connectingDialog || !connectingDialog->isVisible())
+        return;
+    deviceBusy = false;
+    connectingDialog->close();
+}
+
+void MainWindow::onCheckSetCrcKeyFirstTime(bool isSuccess)
+{
+    if (!isSuccess || deviceBusy)
+        return;
+    deviceBusy = true;
+    connectingDialog = new ProgressCatRunningDialog;
+    connectingDialog->setText(tr("设备连接中,请稍后..."));
+    if (!connectingDialog->isVisible())
+        connectingDialog->show();
+    // Not cancelled when the dialog closes early: it then finds the dialog hidden, or cuts the next phase short.
+    QTimer::singleShot(kConnectingMs, Qt::CoarseTimer, this, &MainWindow::onDeviceInitTimeout);
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        ui->retranslateUi(this);
+        retranslateMenu();
+    }
+}

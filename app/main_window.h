@@ -1,0 +1,105 @@
+#pragma once
+
+#include <QImage>
+#include <QPixmap>
+#include <QPointer>
+#include <QRect>
+#include <QWidget>
+
+#include <memory>
+
+namespace Ui {
+class MainWindow;
+}
+
+class CaptureScreen;
+class EditMainWindow;
+class PrinterReadThread;
+class PrinterThread;
+class PrintPreviewWindow;
+class ProgressCatRunningDialog;
+class QMenuBar;
+class QStackedWidget;
+
+/// The client's one top-level window: the page, the buttons above it, and the way of each print request to the
+/// printer. GUI thread.
+///
+/// It starts the receive thread, which connects to the device on its own, and keeps the job thread. Neither ends with
+/// the window: the program calls stopThreads() after its event loop.
+class MainWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    EditMainWindow* page() const { return editWindow; }
+    bool isDeviceBusy() const { return deviceBusy; }
+
+    /// Ends both threads and waits for them; a job that is being printed goes out whole first. Nothing prints after
+    /// that.
+    void stopThreads();
+
+signals:
+    /// A picture was chosen from a file.
+    void signalsPickImage(QImage image);
+
+public slots:
+    /// Starts a print job. While the device is being connected the request is dropped; while a job runs the new one
+    /// waits for the next start.
+    /// @param image      the page, as wide as the print head
+    /// @param printType  0 for a page with pictures, 1 for text alone
+    void doPrint(QImage image, int printType);
+    /// Tells the user of a failed job.
+    void slotsHandlePrintResult(int resultCode, QString strResult);
+
+    /// Asks for a picture file.
+    void slotsPickImage();
+
+    /// Makes the window vanish, and a moment later opens the capture overlay; a second call meanwhile does nothing.
+    void slotsCaptureScreen();
+    void slotsHandleTimeOut();
+    /// Brings the window back to where it was.
+    void slotsHandleCaptureClose();
+
+    /// Will open the diagnostic windows; no visible button reaches it.
+    void slotsSetLanguage();
+
+    /// A reply of the device.
+    /// @param pkgTag  its command byte
+    void onAnalysisSuccess(unsigned char pkgTag, QString text);
+
+    void onBtnFontClicked();
+    /// Will ask the service for a newer version, at every start as well.
+    void onMenuUpdateClicked();
+    void onMenuAboutClicked();
+
+    /// End of the connecting phase, by the device's reply or by time.
+    void onDeviceInitTimeout();
+    void onCheckSetCrcKeyFirstTime(bool isSuccess);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void buildMenu();
+    void retranslateMenu();
+    void createThreads();
+    void createPages();
+    void connectButtons();
+
+    const std::unique_ptr<Ui::MainWindow> ui;
+    EditMainWindow* editWindow = nullptr;
+    PrintPreviewWindow* previewWindow = nullptr;
+    QStackedWidget* stackedWidget = nullptr;
+    PrinterThread* printThread = nullptr;
+    PrinterReadThread* readThread = nullptr;
+    QPointer<CaptureScreen> captureScreen; ///< made anew for each capture
+    QRect savedGeometry;                   ///< null unless a capture runs
+    QString lastImageDir;
+    ProgressCatRunningDialog* connectingDialog = nullptr; ///< made anew for each connecting phase
+    bool deviceBusy = false;                              ///< the connecting dialog is up
+
+    const std::unique_ptr<QMenuBar> menuBar; ///< placed nowhere, so nothing in it can be reached
+};

@@ -1,0 +1,37 @@
+#include "app/start_up.h"
+
+#include "app/globals/settings.h"
+#include "app/globals/trace.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QSettings>
+#include <QTranslator>
+
+namespace {
+
+/// The stored language is read and not heeded: every start begins in Chinese, and another language shows once the
+/// user switches to it. The translator lives as long as the process.
+void installChinese(const QString& storedLanguage)
+{
+    Q_UNUSED(storedLanguage)
+    auto* translator = new QTranslator;
+    translator->load(kTranslationChinese, QString(), QString(), QString());
+    QCoreApplication::installTranslator(translator);
+}
+
+} // namespace
+
+void setUpHighDpi()
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
+}
+
+void startUp(QSettings& settings)
+{
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/new/src/images/logo.png")));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.quillbox.Quillbox"));
+    loadInstallationId(settings);
+    trace(QStringLiteral("UUID") + g_uuid);
+    installChinese(storedLanguage(settings));
+}

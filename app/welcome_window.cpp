@@ -1,0 +1,34 @@
+#include "app/welcome_window.h"
+#include "ui_welcome_window.h"
+
+#include "app/frameless/hm_title_bar.h"
+#include "app/main_window.h"
+
+#include <QTimer>
+#include <QtDebug>
+
+namespace {
+
+constexpr int kShownMs = 5000;
+constexpr int kTitleBarHeight = 30; ///< pixels
+
+} // namespace
+
+WelcomeWindow::WelcomeWindow(QWidget* parent)
+    : HMBaseWindow(parent)
+    , ui(std::make_unique<Ui::WelcomeWindow>())
+{
+    ui->setupUi(this);
+    titleBar()->resize(width(), kTitleBarHeight);
+    QTimer::singleShot(kShownMs, Qt::CoarseTimer, this, &WelcomeWindow::handleTimeOut);
+}
+
+WelcomeWindow::~WelcomeWindow() = default;
+
+void WelcomeWindow::handleTimeOut()
+{
+    qDebug() << "handleTimeOut";
+    hide();
+    m_mainWindow = new MainWindow(this);
+    m_mainWindow->show();
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "simulator/simulated_printer.h"
+
+#include <QAbstractTableModel>
+#include <QStringList>
+#include <QVector>
+
+/// The frames that reached the printer, the newest last, for a table. GUI thread.
+class FrameLogModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Column { Time, Code, Meaning, Tag, Length, Crc, ColumnCount };
+
+    static constexpr int kKeptRows = 4096; ///< the newest
+
+    explicit FrameLogModel(QObject* parent = nullptr);
+
+    /// What the printer takes a code for, in the user's language.
+    static QString meaningOf(quint8 code);
+    /// Texts of a column among which its widest one is.
+    static QStringList widestTexts(int column);
+
+    /// Appends the frames that it has not had yet.
+    /// @param frames  in the order of their numbers; may overlap with what it was given before
+    void append(const QVector<FrameRecord>& frames);
+    /// Number of the frame that comes next.
+    qint64 nextNumber() const { return m_nextNumber; }
+    void clear();
+    /// After a change of language.
+    void retranslate();
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+private:
+    static QString text(const FrameRecord& frame, int column);
+
+    QVector<FrameRecord> m_frames;
+    qint64 m_nextNumber = 0;
+};

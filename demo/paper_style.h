@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QPalette>
+#include <QString>
+
+class QLabel;
+
+// The looks of the paper window: white, dark ink and thin grey rules, as the editor has them.
+
+QPalette paperPalette();
+QString paperStyle();
+/// Of the lamp on the drawn printer.
+QColor lampColour(bool pluggedIn, bool ready);
+/// Makes a label stand out, by weight as well as by colour.
+void setAlarm(QLabel* label, bool alarm);

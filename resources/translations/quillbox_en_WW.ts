@@ -1,0 +1,545 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="zh_CN">
+<context>
+    <name>AboutQuillboxDialog</name>
+    <message>
+        <source>关于羽毛盒</source>
+        <translation>About Quillbox</translation>
+    </message>
+    <message>
+        <source>羽毛盒工作室</source>
+        <translation>Quillbox Studio</translation>
+    </message>
+    <message>
+        <source>版本:</source>
+        <translation>Version: </translation>
+    </message>
+    <message>
+        <source>羽毛盒官网</source>
+        <translation>Quillbox website</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureScreen</name>
+    <message>
+        <source>save image</source>
+        <translation>Save picture</translation>
+    </message>
+    <message>
+        <source>无法保存文件:
+%1</source>
+        <translation>The file could not be saved:
+%1</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.xpm *.jpg)</source>
+        <translation>Pictures (*.png *.xpm *.jpg)</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureScreenWindow</name>
+    <message>
+        <source>下载</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>Done</translation>
+    </message>
+</context>
+<context>
+    <name>EditMainWindow</name>
+    <message>
+        <source>字体</source>
+        <translation>Font</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>字体...</source>
+        <translation>Font...</translation>
+    </message>
+</context>
+<context>
+    <name>EditorActions</name>
+    <message>
+        <source>撤销</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>剪切</source>
+        <translation>Cut</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>Paste</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Select all</translation>
+    </message>
+    <message>
+        <source>加粗</source>
+        <translation>Bold</translation>
+    </message>
+    <message>
+        <source>斜体</source>
+        <translation>Italic</translation>
+    </message>
+    <message>
+        <source>下划线</source>
+        <translation>Underline</translation>
+    </message>
+    <message>
+        <source>左对齐</source>
+        <translation>Align left</translation>
+    </message>
+    <message>
+        <source>居中</source>
+        <translation>Centre</translation>
+    </message>
+    <message>
+        <source>右对齐</source>
+        <translation>Align right</translation>
+    </message>
+    <message>
+        <source>缩小字号</source>
+        <translation>Smaller text</translation>
+    </message>
+    <message>
+        <source>增大字号</source>
+        <translation>Larger text</translation>
+    </message>
+</context>
+<context>
+    <name>FrameLogModel</name>
+    <message>
+        <source>打印数据</source>
+        <translation>Print data</translation>
+    </message>
+    <message>
+        <source>查询固件版本</source>
+        <translation>Query firmware version</translation>
+    </message>
+    <message>
+        <source>查询型号</source>
+        <translation>Query model</translation>
+    </message>
+    <message>
+        <source>查询蓝牙地址</source>
+        <translation>Query Bluetooth address</translation>
+    </message>
+    <message>
+        <source>查询序列号</source>
+        <translation>Query serial number</translation>
+    </message>
+    <message>
+        <source>查询状态</source>
+        <translation>Query status</translation>
+    </message>
+    <message>
+        <source>查询电池电压</source>
+        <translation>Query battery voltage</translation>
+    </message>
+    <message>
+        <source>查询电池状态</source>
+        <translation>Query battery state</translation>
+    </message>
+    <message>
+        <source>查询打印头温度</source>
+        <translation>Query head temperature</translation>
+    </message>
+    <message>
+        <source>查询工厂标记</source>
+        <translation>Query factory mark</translation>
+    </message>
+    <message>
+        <source>查询蓝牙状态</source>
+        <translation>Query Bluetooth state</translation>
+    </message>
+    <message>
+        <source>设置密钥</source>
+        <translation>Set key</translation>
+    </message>
+    <message>
+        <source>走纸</source>
+        <translation>Feed paper</translation>
+    </message>
+    <message>
+        <source>打印自检页</source>
+        <translation>Print self-test page</translation>
+    </message>
+    <message>
+        <source>查询浓度</source>
+        <translation>Query density</translation>
+    </message>
+    <message>
+        <source>查询自动关机时间</source>
+        <translation>Query auto power-off time</translation>
+    </message>
+    <message>
+        <source>查询主板版本</source>
+        <translation>Query board version</translation>
+    </message>
+    <message>
+        <source>查询硬件信息</source>
+        <translation>Query hardware information</translation>
+    </message>
+    <message>
+        <source>查询最大间隙</source>
+        <translation>Query maximum gap</translation>
+    </message>
+    <message>
+        <source>查询纸张类型</source>
+        <translation>Query paper type</translation>
+    </message>
+    <message>
+        <source>查询国家代码</source>
+        <translation>Query country code</translation>
+    </message>
+    <message>
+        <source>查询打印模式</source>
+        <translation>Query print mode</translation>
+    </message>
+    <message>
+        <source>查询打印长度</source>
+        <translation>Query printed length</translation>
+    </message>
+    <message>
+        <source>未知命令</source>
+        <translation>Unknown command</translation>
+    </message>
+    <message>
+        <source>正确</source>
+        <translation>Right</translation>
+    </message>
+    <message>
+        <source>✗ 错误</source>
+        <translation>✗ Wrong</translation>
+    </message>
+    <message>
+        <source>CRC 与数据不符，打印机忽略了这一帧</source>
+        <translation>The CRC does not match the data; the printer ignored this frame</translation>
+    </message>
+    <message>
+        <source>时间</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>代码</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>含义</source>
+        <translation>Meaning</translation>
+    </message>
+    <message>
+        <source>标签</source>
+        <translation>Tag</translation>
+    </message>
+    <message>
+        <source>长度</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>CRC</source>
+        <translation>CRC</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageWindow</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>中文</source>
+        <translation>中文</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>这是一段翻译</source>
+        <translation>A sample text</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>羽毛盒</source>
+        <translation>Quillbox</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>插入图片</source>
+        <translation>Insert picture</translation>
+    </message>
+    <message>
+        <source>截取屏幕</source>
+        <translation>Capture the screen</translation>
+    </message>
+    <message>
+        <source>文字格式</source>
+        <translation>Text format</translation>
+    </message>
+    <message>
+        <source>关于</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>关于羽毛盒</source>
+        <translation>About Quillbox</translation>
+    </message>
+    <message>
+        <source>检查更新</source>
+        <translation>Check for updates</translation>
+    </message>
+    <message>
+        <source>消息提示</source>
+        <translation>Message</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>Choose a picture</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.bmp *.jpg *.tif *.GIF *.jpeg)</source>
+        <translation>Pictures (*.png *.bmp *.jpg *.tif *.GIF *.jpeg)</translation>
+    </message>
+    <message>
+        <source>设备连接中,请稍后...</source>
+        <translation>Connecting...</translation>
+    </message>
+</context>
+<context>
+    <name>PaperWindow</name>
+    <message>
+        <source>模拟打印机</source>
+        <translation>Simulated printer</translation>
+    </message>
+    <message>
+        <source>型号</source>
+        <translation>Model</translation>
+    </message>
+    <message>
+        <source>换上一台 Quillbox_K1：每行 384 点，宽 48 毫米</source>
+        <translation>Put in a Quillbox_K1: 384 dots a line, 48 mm wide</translation>
+    </message>
+    <message>
+        <source>换上一台 Quillbox_K2：每行 576 点，宽 72 毫米</source>
+        <translation>Put in a Quillbox_K2: 576 dots a line, 72 mm wide</translation>
+    </message>
+    <message>
+        <source>USB 已插入</source>
+        <translation>USB plugged in</translation>
+    </message>
+    <message>
+        <source>插上或拔下打印机的 USB 线</source>
+        <translation>Plug or unplug the printer&apos;s USB cable</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>就绪</source>
+        <translation>Ready</translation>
+    </message>
+    <message>
+        <source>打印机正常打印</source>
+        <translation>The printer prints</translation>
+    </message>
+    <message>
+        <source>缺纸</source>
+        <translation>No paper</translation>
+    </message>
+    <message>
+        <source>打印机报告缺纸，收到的内容不会打印</source>
+        <translation>The printer reports that it is out of paper; what it receives is not printed</translation>
+    </message>
+    <message>
+        <source>开盖</source>
+        <translation>Cover open</translation>
+    </message>
+    <message>
+        <source>打印机报告纸仓盖打开，收到的内容不会打印</source>
+        <translation>The printer reports that its cover is open; what it receives is not printed</translation>
+    </message>
+    <message>
+        <source>保存为 PNG...</source>
+        <translation>Save as PNG...</translation>
+    </message>
+    <message>
+        <source>把显示的纸保存为 PNG 图片</source>
+        <translation>Save the paper on show as a PNG picture</translation>
+    </message>
+    <message>
+        <source>撕下</source>
+        <translation>Tear off</translation>
+    </message>
+    <message>
+        <source>撕下显示的纸，从新的一张开始</source>
+        <translation>Tear off the paper on show and begin a new sheet</translation>
+    </message>
+    <message>
+        <source>缩小</source>
+        <translation>Zoom out</translation>
+    </message>
+    <message>
+        <source>恢复到 100 %</source>
+        <translation>Back to 100 %</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>Zoom in</translation>
+    </message>
+    <message>
+        <source>适合宽度</source>
+        <translation>Fit width</translation>
+    </message>
+    <message>
+        <source>让纸与窗口同宽</source>
+        <translation>Make the paper as wide as the window</translation>
+    </message>
+    <message>
+        <source>打印纸</source>
+        <translation>Paper</translation>
+    </message>
+    <message>
+        <source>帧记录</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>清空</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>清空帧记录</source>
+        <translation>Clear the frame log</translation>
+    </message>
+    <message>
+        <source>USB 未插入</source>
+        <translation>USB unplugged</translation>
+    </message>
+    <message>
+        <source>正确的帧 %1</source>
+        <translation>Frames %1</translation>
+    </message>
+    <message>
+        <source>CRC 错误 %1</source>
+        <translation>CRC errors %1</translation>
+    </message>
+    <message>
+        <source>密钥交换 %1</source>
+        <translation>Key exchanges %1</translation>
+    </message>
+    <message>
+        <source>纸长 %1 点行 = %2 毫米</source>
+        <translation>Paper %1 dot lines = %2 mm</translation>
+    </message>
+    <message>
+        <source>纸还是空白的。
+在编辑窗口里写点什么，再按打印，就会从这里出来。</source>
+        <translation>The paper is still blank.
+Write something in the editor and press Print; it comes out here.</translation>
+    </message>
+    <message>
+        <source>保存打印纸</source>
+        <translation>Save the paper</translation>
+    </message>
+    <message>
+        <source>PNG 图片 (*.png)</source>
+        <translation>PNG pictures (*.png)</translation>
+    </message>
+    <message>
+        <source>已经没有纸了</source>
+        <translation>There is no paper any more</translation>
+    </message>
+    <message>
+        <source>无法保存 %1。</source>
+        <translation>%1 could not be saved.</translation>
+    </message>
+    <message>
+        <source>语言...</source>
+        <translation>Language...</translation>
+    </message>
+    <message>
+        <source>切换界面语言，选择型号</source>
+        <translation>Switch the language, choose the model</translation>
+    </message>
+</context>
+<context>
+    <name>PrinterReadThread</name>
+    <message>
+        <source>羽毛盒没纸了</source>
+        <translation>Quillbox is out of paper</translation>
+    </message>
+    <message>
+        <source>羽毛盒张嘴了</source>
+        <translation>Quillbox&apos;s cover is open</translation>
+    </message>
+    <message>
+        <source>羽毛盒复活了</source>
+        <translation>Quillbox is ready again</translation>
+    </message>
+</context>
+<context>
+    <name>PrinterThread</name>
+    <message>
+        <source>连接失败,请尝试
+1.检查设备是否开启
+2.检查设备是否连接
+3.重新插拔USB</source>
+        <translation>The connection failed. Please try this:
+1. Check that the device is on
+2. Check that it is connected
+3. Plug the USB cable in anew</translation>
+    </message>
+    <message>
+        <source>连接失败,重新启动APP</source>
+        <translation>The connection failed. Please restart the app.</translation>
+    </message>
+</context>
+<context>
+    <name>Progress_Cat_Running_Dialog</name>
+    <message>
+        <source>羽毛盒</source>
+        <translation>Quillbox</translation>
+    </message>
+    <message>
+        <source>加载中，请稍后...</source>
+        <translation>Loading...</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomeWindow</name>
+    <message>
+        <source>羽毛盒</source>
+        <translation>Quillbox</translation>
+    </message>
+    <message>
+        <source>Welcome to quillbox</source>
+        <translation>Welcome to Quillbox</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,545 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="zh_CN">
+<context>
+    <name>AboutQuillboxDialog</name>
+    <message>
+        <source>关于羽毛盒</source>
+        <translation>关于羽毛盒</translation>
+    </message>
+    <message>
+        <source>羽毛盒工作室</source>
+        <translation>羽毛盒工作室</translation>
+    </message>
+    <message>
+        <source>版本:</source>
+        <translation>版本:</translation>
+    </message>
+    <message>
+        <source>羽毛盒官网</source>
+        <translation>羽毛盒官网</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureScreen</name>
+    <message>
+        <source>save image</source>
+        <translation>save image</translation>
+    </message>
+    <message>
+        <source>无法保存文件:
+%1</source>
+        <translation>无法保存文件:
+%1</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.xpm *.jpg)</source>
+        <translation>Images (*.png *.xpm *.jpg)</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureScreenWindow</name>
+    <message>
+        <source>下载</source>
+        <translation>下载</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>完成</translation>
+    </message>
+</context>
+<context>
+    <name>EditMainWindow</name>
+    <message>
+        <source>字体</source>
+        <translation>字体</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>打印</translation>
+    </message>
+    <message>
+        <source>字体...</source>
+        <translation>字体...</translation>
+    </message>
+</context>
+<context>
+    <name>EditorActions</name>
+    <message>
+        <source>撤销</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>重做</translation>
+    </message>
+    <message>
+        <source>剪切</source>
+        <translation>剪切</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>粘贴</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>全选</translation>
+    </message>
+    <message>
+        <source>加粗</source>
+        <translation>加粗</translation>
+    </message>
+    <message>
+        <source>斜体</source>
+        <translation>斜体</translation>
+    </message>
+    <message>
+        <source>下划线</source>
+        <translation>下划线</translation>
+    </message>
+    <message>
+        <source>左对齐</source>
+        <translation>左对齐</translation>
+    </message>
+    <message>
+        <source>居中</source>
+        <translation>居中</translation>
+    </message>
+    <message>
+        <source>右对齐</source>
+        <translation>右对齐</translation>
+    </message>
+    <message>
+        <source>缩小字号</source>
+        <translation>缩小字号</translation>
+    </message>
+    <message>
+        <source>增大字号</source>
+        <translation>增大字号</translation>
+    </message>
+</context>
+<context>
+    <name>FrameLogModel</name>
+    <message>
+        <source>打印数据</source>
+        <translation>打印数据</translation>
+    </message>
+    <message>
+        <source>查询固件版本</source>
+        <translation>查询固件版本</translation>
+    </message>
+    <message>
+        <source>查询型号</source>
+        <translation>查询型号</translation>
+    </message>
+    <message>
+        <source>查询蓝牙地址</source>
+        <translation>查询蓝牙地址</translation>
+    </message>
+    <message>
+        <source>查询序列号</source>
+        <translation>查询序列号</translation>
+    </message>
+    <message>
+        <source>查询状态</source>
+        <translation>查询状态</translation>
+    </message>
+    <message>
+        <source>查询电池电压</source>
+        <translation>查询电池电压</translation>
+    </message>
+    <message>
+        <source>查询电池状态</source>
+        <translation>查询电池状态</translation>
+    </message>
+    <message>
+        <source>查询打印头温度</source>
+        <translation>查询打印头温度</translation>
+    </message>
+    <message>
+        <source>查询工厂标记</source>
+        <translation>查询工厂标记</translation>
+    </message>
+    <message>
+        <source>查询蓝牙状态</source>
+        <translation>查询蓝牙状态</translation>
+    </message>
+    <message>
+        <source>设置密钥</source>
+        <translation>设置密钥</translation>
+    </message>
+    <message>
+        <source>走纸</source>
+        <translation>走纸</translation>
+    </message>
+    <message>
+        <source>打印自检页</source>
+        <translation>打印自检页</translation>
+    </message>
+    <message>
+        <source>查询浓度</source>
+        <translation>查询浓度</translation>
+    </message>
+    <message>
+        <source>查询自动关机时间</source>
+        <translation>查询自动关机时间</translation>
+    </message>
+    <message>
+        <source>查询主板版本</source>
+        <translation>查询主板版本</translation>
+    </message>
+    <message>
+        <source>查询硬件信息</source>
+        <translation>查询硬件信息</translation>
+    </message>
+    <message>
+        <source>查询最大间隙</source>
+        <translation>查询最大间隙</translation>
+    </message>
+    <message>
+        <source>查询纸张类型</source>
+        <translation>查询纸张类型</translation>
+    </message>
+    <message>
+        <source>查询国家代码</source>
+        <translation>查询国家代码</translation>
+    </message>
+    <message>
+        <source>查询打印模式</source>
+        <translation>查询打印模式</translation>
+    </message>
+    <message>
+        <source>查询打印长度</source>
+        <translation>查询打印长度</translation>
+    </message>
+    <message>
+        <source>未知命令</source>
+        <translation>未知命令</translation>
+    </message>
+    <message>
+        <source>正确</source>
+        <translation>正确</translation>
+    </message>
+    <message>
+        <source>✗ 错误</source>
+        <translation>✗ 错误</translation>
+    </message>
+    <message>
+        <source>CRC 与数据不符，打印机忽略了这一帧</source>
+        <translation>CRC 与数据不符，打印机忽略了这一帧</translation>
+    </message>
+    <message>
+        <source>时间</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>代码</source>
+        <translation>代码</translation>
+    </message>
+    <message>
+        <source>含义</source>
+        <translation>含义</translation>
+    </message>
+    <message>
+        <source>标签</source>
+        <translation>标签</translation>
+    </message>
+    <message>
+        <source>长度</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>CRC</source>
+        <translation>CRC</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageWindow</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>中文</source>
+        <translation>中文</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>这是一段翻译</source>
+        <translation>这是一段翻译</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>羽毛盒</source>
+        <translation>羽毛盒</translation>
+    </message>
+    <message>
+        <source>打印</source>
+        <translation>打印</translation>
+    </message>
+    <message>
+        <source>插入图片</source>
+        <translation>插入图片</translation>
+    </message>
+    <message>
+        <source>截取屏幕</source>
+        <translation>截取屏幕</translation>
+    </message>
+    <message>
+        <source>文字格式</source>
+        <translation>文字格式</translation>
+    </message>
+    <message>
+        <source>关于</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>关于羽毛盒</source>
+        <translation>关于羽毛盒</translation>
+    </message>
+    <message>
+        <source>检查更新</source>
+        <translation>检查更新</translation>
+    </message>
+    <message>
+        <source>消息提示</source>
+        <translation>消息提示</translation>
+    </message>
+    <message>
+        <source>选择图片</source>
+        <translation>选择图片</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.bmp *.jpg *.tif *.GIF *.jpeg)</source>
+        <translation>Images (*.png *.bmp *.jpg *.tif *.GIF *.jpeg)</translation>
+    </message>
+    <message>
+        <source>设备连接中,请稍后...</source>
+        <translation>设备连接中,请稍后...</translation>
+    </message>
+</context>
+<context>
+    <name>PaperWindow</name>
+    <message>
+        <source>模拟打印机</source>
+        <translation>模拟打印机</translation>
+    </message>
+    <message>
+        <source>型号</source>
+        <translation>型号</translation>
+    </message>
+    <message>
+        <source>换上一台 Quillbox_K1：每行 384 点，宽 48 毫米</source>
+        <translation>换上一台 Quillbox_K1：每行 384 点，宽 48 毫米</translation>
+    </message>
+    <message>
+        <source>换上一台 Quillbox_K2：每行 576 点，宽 72 毫米</source>
+        <translation>换上一台 Quillbox_K2：每行 576 点，宽 72 毫米</translation>
+    </message>
+    <message>
+        <source>USB 已插入</source>
+        <translation>USB 已插入</translation>
+    </message>
+    <message>
+        <source>插上或拔下打印机的 USB 线</source>
+        <translation>插上或拔下打印机的 USB 线</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>就绪</source>
+        <translation>就绪</translation>
+    </message>
+    <message>
+        <source>打印机正常打印</source>
+        <translation>打印机正常打印</translation>
+    </message>
+    <message>
+        <source>缺纸</source>
+        <translation>缺纸</translation>
+    </message>
+    <message>
+        <source>打印机报告缺纸，收到的内容不会打印</source>
+        <translation>打印机报告缺纸，收到的内容不会打印</translation>
+    </message>
+    <message>
+        <source>开盖</source>
+        <translation>开盖</translation>
+    </message>
+    <message>
+        <source>打印机报告纸仓盖打开，收到的内容不会打印</source>
+        <translation>打印机报告纸仓盖打开，收到的内容不会打印</translation>
+    </message>
+    <message>
+        <source>保存为 PNG...</source>
+        <translation>保存为 PNG...</translation>
+    </message>
+    <message>
+        <source>把显示的纸保存为 PNG 图片</source>
+        <translation>把显示的纸保存为 PNG 图片</translation>
+    </message>
+    <message>
+        <source>撕下</source>
+        <translation>撕下</translation>
+    </message>
+    <message>
+        <source>撕下显示的纸，从新的一张开始</source>
+        <translation>撕下显示的纸，从新的一张开始</translation>
+    </message>
+    <message>
+        <source>缩小</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>恢复到 100 %</source>
+        <translation>恢复到 100 %</translation>
+    </message>
+    <message>
+        <source>放大</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>适合宽度</source>
+        <translation>适合宽度</translation>
+    </message>
+    <message>
+        <source>让纸与窗口同宽</source>
+        <translation>让纸与窗口同宽</translation>
+    </message>
+    <message>
+        <source>打印纸</source>
+        <translation>打印纸</translation>
+    </message>
+    <message>
+        <source>帧记录</source>
+        <translation>帧记录</translation>
+    </message>
+    <message>
+        <source>清空</source>
+        <translation>清空</translation>
+    </message>
+    <message>
+        <source>清空帧记录</source>
+        <translation>清空帧记录</translation>
+    </message>
+    <message>
+        <source>USB 未插入</source>
+        <translation>USB 未插入</translation>
+    </message>
+    <message>
+        <source>正确的帧 %1</source>
+        <translation>正确的帧 %1</translation>
+    </message>
+    <message>
+        <source>CRC 错误 %1</source>
+        <translation>CRC 错误 %1</translation>
+    </message>
+    <message>
+        <source>密钥交换 %1</source>
+        <translation>密钥交换 %1</translation>
+    </message>
+    <message>
+        <source>纸长 %1 点行 = %2 毫米</source>
+        <translation>纸长 %1 点行 = %2 毫米</translation>
+    </message>
+    <message>
+        <source>纸还是空白的。
+在编辑窗口里写点什么，再按打印，就会从这里出来。</source>
+        <translation>纸还是空白的。
+在编辑窗口里写点什么，再按打印，就会从这里出来。</translation>
+    </message>
+    <message>
+        <source>保存打印纸</source>
+        <translation>保存打印纸</translation>
+    </message>
+    <message>
+        <source>PNG 图片 (*.png)</source>
+        <translation>PNG 图片 (*.png)</translation>
+    </message>
+    <message>
+        <source>已经没有纸了</source>
+        <translation>已经没有纸了</translation>
+    </message>
+    <message>
+        <source>无法保存 %1。</source>
+        <translation>无法保存 %1。</translation>
+    </message>
+    <message>
+        <source>语言...</source>
+        <translation>语言...</translation>
+    </message>
+    <message>
+        <source>切换界面语言，选择型号</source>
+        <translation>切换界面语言，选择型号</translation>
+    </message>
+</context>
+<context>
+    <name>PrinterReadThread</name>
+    <message>
+        <source>羽毛盒没纸了</source>
+        <translation>羽毛盒没纸了</translation>
+    </message>
+    <message>
+        <source>羽毛盒张嘴了</source>
+        <translation>羽毛盒张嘴了</translation>
+    </message>
+    <message>
+        <source>羽毛盒复活了</source>
+        <translation>羽毛盒复活了</translation>
+    </message>
+</context>
+<context>
+    <name>PrinterThread</name>
+    <message>
+        <source>连接失败,请尝试
+1.检查设备是否开启
+2.检查设备是否连接
+3.重新插拔USB</source>
+        <translation>连接失败,请尝试
+1.检查设备是否开启
+2.检查设备是否连接
+3.重新插拔USB</translation>
+    </message>
+    <message>
+        <source>连接失败,重新启动APP</source>
+        <translation>连接失败,重新启动APP</translation>
+    </message>
+</context>
+<context>
+    <name>Progress_Cat_Running_Dialog</name>
+    <message>
+        <source>羽毛盒</source>
+        <translation>羽毛盒</translation>
+    </message>
+    <message>
+        <source>加载中，请稍后...</source>
+        <translation>加载中，请稍后...</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomeWindow</name>
+    <message>
+        <source>羽毛盒</source>
+        <translation>羽毛盒</translation>
+    </message>
+    <message>
+        <source>Welcome to quillbox</source>
+        <translation>Welcome to quillbox</translation>
+    </message>
+</context>
+</TS>
