@@ -34,7 +34,7 @@ constexpr int kWiderHead = 1; ///< model index
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent)
-    : QWidget(parent)
+    : QWidget(parent, Qt::Window) // a window of its own, also when the welcome window made it
     , ui(std::make_unique<Ui::MainWindow>())
     , menuBar(std::make_unique<QMenuBar>())
 {

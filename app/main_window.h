@@ -35,7 +35,6 @@ public:
     ~MainWindow() override;
 
     EditMainWindow* page() const { return editWindow; }
-    bool isDeviceBusy() const { return deviceBusy; }
 
     /// Ends both threads and waits for them; a job that is being printed goes out whole first. Nothing prints after
     /// that.

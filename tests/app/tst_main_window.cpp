@@ -2,6 +2,7 @@
 
 #include "app/globals/settings.h"
 #include "app/language/language_window.h"
+#include "app/welcome_window.h"
 #include "content/edit_main_window.h"
 
 #include <QAction>
@@ -39,6 +40,7 @@ private slots:
     void storesTheJobThatComesWhileOneRuns();
     void insertsPictureFiles();
     void switchesLanguage();
+    void followsTheWelcome();
 };
 
 namespace {
@@ -226,6 +228,17 @@ void MainWindowTest::switchesLanguage()
     QCOMPARE(press("buttonEnglish"), english);
     QCOMPARE(QSettings(kOrganization, kApplication).value(kLanguageKey).toString(), QStringLiteral("en_WW"));
     QCOMPARE(press("buttonChinese"), chinese);
+}
+
+void MainWindowTest::followsTheWelcome()
+{
+    WelcomeWindow welcome;
+    welcome.show();
+    QVERIFY(!welcome.mainWindow());
+    QTRY_VERIFY_WITH_TIMEOUT(welcome.mainWindow(), 8000);
+    QVERIFY(!welcome.isVisible());
+    QVERIFY(welcome.mainWindow()->isVisible() && welcome.mainWindow()->isWindow());
+    welcome.mainWindow()->stopThreads();
 }
 
 QTEST_MAIN(MainWindowTest)
