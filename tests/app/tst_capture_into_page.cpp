@@ -83,6 +83,7 @@ void CaptureIntoPageTest::captures()
     const QPointer<CaptureScreen> overlay = shown<CaptureScreen>();
     QVERIFY(QTest::qWaitForWindowExposed(overlay));
     QVERIFY(client->width() <= 1 && client->height() <= 1);
+    QVERIFY(!client->frameGeometry().intersects(kSelected));
     if (selects)
         drag(overlay, kSelected);
     if (key != 0)

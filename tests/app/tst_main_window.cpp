@@ -2,6 +2,7 @@
 
 #include "app/globals/settings.h"
 #include "app/language/language_window.h"
+#include "app/picture_file.h"
 #include "app/welcome_window.h"
 #include "content/edit_main_window.h"
 
@@ -189,6 +190,7 @@ void MainWindowTest::insertsPictureFiles()
     file.close();
 
     Client client;
+    QSignalSpy picked(&client.window(), &MainWindow::signalsPickImage);
     QStringList startedOn;
     const auto pick = [&](const QString& name) {
         withNext<QFileDialog>([&startedOn, name](QFileDialog* dialog) {
@@ -203,6 +205,8 @@ void MainWindowTest::insertsPictureFiles()
     QCOMPARE(pick(good), 1);
     QCOMPARE(pick(broken), 1);
     QCOMPARE(pick(huge), 2);
+    const QSize size = picked.last()[0].value<QImage>().size();
+    QVERIFY(size.width() > 8000 && qint64(size.width()) * size.height() <= kMostPixels); // smaller, but not small
     QCOMPARE(startedOn.mid(1), (QStringList{good, good})); // the broken one is not remembered
 }
 
