@@ -3,6 +3,7 @@
 #include "ui_progress_cat_running_dialog.h"
 
 #include <QApplication>
+#include <QBitmap>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMovie>
@@ -31,10 +32,19 @@ ProgressCatRunningDialog::ProgressCatRunningDialog(QWidget* parent)
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowMinimizeButtonHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
+    cutOut();
     startAnimation();
 }
 
 ProgressCatRunningDialog::~ProgressCatRunningDialog() = default;
+
+/// Without a compositor what should be see-through is black, so what lies beside the card does not belong to the window.
+void ProgressCatRunningDialog::cutOut()
+{
+    const QPixmap card(QStringLiteral(":/new/src/images/dialog_cat_running_gif_bg.png"));
+    if (!card.isNull())
+        setMask(card.scaled(m_ui->label_2->size()).createMaskFromColor(Qt::transparent));
+}
 
 void ProgressCatRunningDialog::startAnimation()
 {

@@ -30,6 +30,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void cutOut();
     void startAnimation();
 
     std::unique_ptr<Ui::Progress_Cat_Running_Dialog> m_ui;

@@ -34,6 +34,7 @@ private slots:
     void textsFit();
     void buttonsShowTheirState_data();
     void buttonsShowTheirState();
+    void busyDialogIsItsCard();
 };
 
 namespace {
@@ -184,6 +185,15 @@ void WindowsTest::buttonsShowTheirState()
         }
         button->setDown(false);
     }
+}
+
+/// Beside the card and in its round corners there is no window, which would be black without a compositor.
+void WindowsTest::busyDialogIsItsCard()
+{
+    const ProgressCatRunningDialog dialog;
+    const QRegion mask = dialog.mask();
+    QVERIFY(mask.contains(QPoint(75, 0)) && mask.contains(QPoint(149, 75)));
+    QVERIFY(!mask.contains(QPoint(0, 0)) && !mask.contains(QPoint(149, 149)) && !mask.contains(QPoint(152, 75)));
 }
 
 int main(int argc, char** argv)
