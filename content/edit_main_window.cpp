@@ -2,6 +2,7 @@
 
 #include "app/globals/model.h"
 #include "content/editor_actions.h"
+#include "content/light_palette.h"
 #include "content/page_editor.h"
 #include "content/page_renderer.h"
 #include "content/picture_insertion.h"
@@ -28,20 +29,6 @@ QToolButton:hover:enabled { background: #eef3f8; border-color: #dbe4ee; }
 QToolButton:checked { background: #d9e8fa; border-color: #a8c8ec; }
 QToolButton:pressed { background: #c6dcf5; border-color: #8fb8e6; }
 )";
-
-// The window is light on every desktop, as the paper is.
-QPalette lightPalette()
-{
-    QPalette palette(QColor(0xf0, 0xf2, 0xf4), QColor(0xfd, 0xff, 0xff));
-    for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
-        palette.setColor(role, QColor(0x2b, 0x2f, 0x36));
-        palette.setColor(QPalette::Disabled, role, QColor(0xb6, 0xbb, 0xc2));
-    }
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0xd9, 0xe8, 0xfa));
-    palette.setColor(QPalette::HighlightedText, Qt::black);
-    return palette;
-}
 
 } // namespace
 

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <QPalette>
+#include <QColor>
 #include <QString>
 
 class QLabel;
 
 // The looks of the paper window: white, dark ink and thin grey rules, as the editor has them.
 
-QPalette paperPalette();
 QString paperStyle();
 /// Of the lamp on the drawn printer.
 QColor lampColour(bool pluggedIn, bool ready);

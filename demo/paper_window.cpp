@@ -1,5 +1,6 @@
 #include "demo/paper_window.h"
 
+#include "content/light_palette.h"
 #include "demo/frame_log_model.h"
 #include "demo/paper_file.h"
 #include "demo/paper_news.h"
@@ -43,7 +44,7 @@ PaperWindow::PaperWindow(SimulatedPrinter& printer, QWidget* parent)
     , m_folder(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
 {
     setAttribute(Qt::WA_QuitOnClose, false);
-    setPalette(paperPalette());
+    setPalette(lightPalette());
     setStyleSheet(paperStyle());
     m_ui->setupUi(this);
     m_ui->models->setId(m_ui->modelK1, int(Model::K1));

@@ -38,7 +38,7 @@ ProgressCatRunningDialog::ProgressCatRunningDialog(QWidget* parent)
 
 ProgressCatRunningDialog::~ProgressCatRunningDialog() = default;
 
-/// Without a compositor what should be see-through is black, so what lies beside the card does not belong to the window.
+/// Without a compositor what should be see-through is black, so the window ends where the card does.
 void ProgressCatRunningDialog::cutOut()
 {
     const QPixmap card(QStringLiteral(":/new/src/images/dialog_cat_running_gif_bg.png"));
