@@ -10,26 +10,6 @@
 #include <QTranslator>
 #include <QtTest>
 
-class DialogsTest : public QObject
-{
-    Q_OBJECT
-
-public slots:
-    void open(const QUrl& url) { m_opened << url.toString(); }
-
-private slots:
-    void form();
-    void message();
-    void busyIsClosedByTheProgramAlone();
-    void busyTextAndStack();
-    void onlyOneFrameOfTheCatShows();
-    void aboutByMouseAndByKeyboard();
-    void languageChange();
-
-private:
-    QStringList m_opened;
-};
-
 namespace {
 
 /// Brackets every text that comes through the translator.
@@ -49,131 +29,128 @@ QLabel* labelOf(const QDialog& dialog, const char* name)
 
 } // namespace
 
-void DialogsTest::form()
+class DialogsTest : public QObject
 {
-    const QXMessageDialog message;
-    const ProgressCatRunningDialog busy;
-    const AboutQuillboxDialog about;
-    const auto check = [](const QWidget* widget, const QRect& place, const char* styleSheet = "") {
-        QVERIFY(widget);
-        QCOMPARE(widget->geometry(), place);
-        QCOMPARE(widget->styleSheet(), QString(styleSheet));
-    };
-    check(&message, {0, 0, 271, 185}, "#QXMessageDialog{\n\tbackground-color:rgb(255, 255, 255)\n}");
-    check(labelOf(message, "label"), {20, 30, 151, 71});
-    check(message.findChild<QDialogButtonBox*>(), {30, 140, 231, 32});
-    check(&busy, {0, 0, 155, 153}, "#Progress_Cat_Running_Dialog{\n\tbackground-color:rgb(255, 255, 255)\n}");
-    check(labelOf(busy, "label"), {40, 40, 71, 51},
-          "#label{\n\tborder-image:url(:/new/src/images/progress_catrun.gif)\n}");
-    check(labelOf(busy, "labelText"), {20, 100, 121, 21});
-    check(labelOf(busy, "label_2"), {0, 0, 150, 150},
-          "#label_2{\n\tborder-image:url(:/new/src/images/dialog_cat_running_gif_bg.png)\n}");
-    check(&about, {0, 0, 250, 202}, "#AboutQuillboxDialog{\n\tbackground-color:rgb(255, 255, 255)\n}");
-    check(labelOf(about, "labelLogo"), {90, 20, 60, 61},
-          "QLabel{\n\tborder-image: url(:/new/src/images/logo.ico);\n}");
-    QCOMPARE(int(busy.windowFlags()), 0x44800 | Qt::Window);
-    // To these Qt adds the parts of a title bar.
-    QCOMPARE(int(about.windowFlags()) & (0x40000 | Qt::FramelessWindowHint | Qt::Dialog), 0x40000 | Qt::Window);
-}
+    Q_OBJECT
 
-void DialogsTest::message()
-{
-    QXMessageDialog dialog;
-    const QLabel* label = labelOf(dialog, "label");
-    dialog.setMessage(-1, "x");
-    QCOMPARE(label->text(), QString("code:-1 \n msg:x"));
-    QCOMPARE(label->size(), label->sizeHint());
+    QStringList m_opened;
 
-    const auto* buttons = dialog.findChild<QDialogButtonBox*>();
-    for (const auto button : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
-        dialog.show();
-        QTest::mouseClick(buttons->button(button), Qt::LeftButton);
-        QCOMPARE(dialog.result() == QDialog::Accepted, button == QDialogButtonBox::Ok);
+public slots:
+    void open(const QUrl& url) { m_opened << url.toString(); }
+
+private slots:
+    void windows()
+    {
+        const QXMessageDialog message;
+        const ProgressCatRunningDialog busy;
+        const AboutQuillboxDialog about;
+        QCOMPARE(message.size(), QSize(271, 185));
+        QCOMPARE(about.size(), QSize(250, 202));
+        QCOMPARE(int(busy.windowFlags()), 0x44800 | Qt::Window);
+        // To these Qt adds the parts of a title bar.
+        QCOMPARE(int(about.windowFlags()) & (0x40000 | Qt::FramelessWindowHint | Qt::Dialog), 0x40000 | Qt::Window);
     }
-}
 
-void DialogsTest::busyIsClosedByTheProgramAlone()
-{
-    ProgressCatRunningDialog dialog;
-    QWidget other;
-    other.show();
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
-    QVERIFY(dialog.isVisible());
-    QCloseEvent byWindowManager; // which the window hands to the dialog as a spontaneous one
-    QCoreApplication::sendEvent(dialog.windowHandle(), &byWindowManager);
-    QVERIFY(dialog.isVisible());
-    QVERIFY(dialog.close() && !dialog.isVisible());
+    void message()
+    {
+        QXMessageDialog dialog;
+        const QLabel* label = labelOf(dialog, "label");
+        dialog.setMessage(-1, "x");
+        QCOMPARE(label->text(), QString("code:-1 \n msg:x"));
+        QCOMPARE(label->size(), label->sizeHint());
 
-    // It does not keep the program running, nor from quitting.
-    dialog.show();
-    QTimer::singleShot(0, &other, &QWidget::close);
-    QTimer::singleShot(5000, &other, [] { QCoreApplication::exit(1); });
-    QCOMPARE(QCoreApplication::exec(), 0);
-}
+        const auto* buttons = dialog.findChild<QDialogButtonBox*>();
+        for (const auto button : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
+            dialog.show();
+            QTest::mouseClick(buttons->button(button), Qt::LeftButton);
+            QCOMPARE(dialog.result() == QDialog::Accepted, button == QDialogButtonBox::Ok);
+        }
+    }
 
-void DialogsTest::busyTextAndStack()
-{
-    ProgressCatRunningDialog dialog;
-    const QLabel* label = labelOf(dialog, "labelText");
-    QCOMPARE(dialog.childAt(100, 60)->objectName(), QString("label"));
-    QCOMPARE(dialog.childAt(100, 110), label);
-    QCOMPARE(dialog.childAt(10, 10)->objectName(), QString("label_2"));
-    // Beside the card the desktop shows, whatever the style sheet says about a background.
-    QCOMPARE(qAlpha(dialog.grab().toImage().pixel(152, 75)), 0);
+    void busyIsClosedByTheProgramAlone()
+    {
+        ProgressCatRunningDialog dialog;
+        QWidget other;
+        other.show();
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+        QVERIFY(dialog.isVisible());
+        QCloseEvent byWindowManager; // which the window hands to the dialog as a spontaneous one
+        QCoreApplication::sendEvent(dialog.windowHandle(), &byWindowManager);
+        QVERIFY(dialog.isVisible());
+        QVERIFY(dialog.close() && !dialog.isVisible());
 
-    dialog.setText(QString::fromUtf8("设备连接中,请稍后..."));
-    QVERIFY(label->geometry().right() < 150); // fits the card
-    dialog.setText(QString(60, 'w'));
-    QVERIFY(label->width() > 121);
-    QCOMPARE(dialog.size(), QSize(155, 153));
-}
+        // It does not keep the program running, nor from quitting.
+        dialog.show();
+        QTimer::singleShot(0, &other, &QWidget::close);
+        QTimer::singleShot(5000, &other, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QCoreApplication::exec(), 0);
+    }
 
-void DialogsTest::onlyOneFrameOfTheCatShows()
-{
-    ProgressCatRunningDialog dialog;
-    QMovie* movie = labelOf(dialog, "label")->movie();
-    QTRY_COMPARE(movie->currentFrameNumber(), 1); // runs before the dialog is shown
-    movie->stop();
-    const QImage image = dialog.grab({40, 40, 71, 51}).toImage();
-    QCOMPARE(image.pixel(5, 25), qRgba(0, 0, 0, 0)); // where frame 0 is black
-    QCOMPARE(image.pixel(65, 25), qRgba(0, 0, 0, 255));
-}
+    void busyTextAndStack()
+    {
+        ProgressCatRunningDialog dialog;
+        const QLabel* label = labelOf(dialog, "labelText");
+        QCOMPARE(dialog.childAt(100, 60)->objectName(), QString("label"));
+        QCOMPARE(dialog.childAt(100, 110), label);
+        QCOMPARE(dialog.childAt(10, 10)->objectName(), QString("label_2"));
+        // Beside the card the desktop shows, whatever the style sheet says about a background.
+        QCOMPARE(qAlpha(dialog.grab().toImage().pixel(152, 75)), 0);
 
-void DialogsTest::aboutByMouseAndByKeyboard()
-{
-    AboutQuillboxDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    QDesktopServices::setUrlHandler("https", this, "open");
-    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return})
-        QTest::keyClick(dialog.windowHandle(), key);
-    QCOMPARE(m_opened, QStringList("https://www.quillbox.example/"));
-    QTest::mouseMove(labelOf(dialog, "labelLink"));
-    QTest::mouseClick(labelOf(dialog, "labelLink"), Qt::LeftButton);
-    QCOMPARE(m_opened.size(), 2);
-    QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
-    QVERIFY(!dialog.isVisible());
-}
+        dialog.setText(QString::fromUtf8("设备连接中,请稍后..."));
+        QVERIFY(label->geometry().right() < 150); // fits the card
+        dialog.setText(QString(60, 'w'));
+        QVERIFY(label->width() > 121);
+        QCOMPARE(dialog.size(), QSize(155, 153));
+    }
 
-void DialogsTest::languageChange()
-{
-    QXMessageDialog messageDialog;
-    ProgressCatRunningDialog busy, untouched;
-    AboutQuillboxDialog about;
-    messageDialog.setMessage(1, "kept");
-    busy.setText("kept");
-    Bracketer translator;
-    QCoreApplication::installTranslator(&translator);
-    QTRY_COMPARE(labelOf(untouched, "labelText")->text(), QString::fromUtf8("[加载中，请稍后...]"));
-    QCOMPARE(labelOf(busy, "labelText")->text(), QString("kept"));
-    QCOMPARE(labelOf(messageDialog, "label")->text(), QString("code:1 \n msg:kept"));
-    QCOMPARE(labelOf(about, "labelTitle")->text(), QString::fromUtf8("[关于羽毛盒]"));
-    QCOMPARE(labelOf(about, "labelVersion")->text(), QString::fromUtf8("[版本:]V1.0.0"));
-    QCOMPARE(labelOf(about, "labelLink")->text(),
-             QString::fromUtf8("<a style='color: black;' href = 'https://www.quillbox.example/'>[羽毛盒官网]</a>"));
-}
+    void onlyOneFrameOfTheCatShows()
+    {
+        ProgressCatRunningDialog dialog;
+        QMovie* movie = labelOf(dialog, "label")->movie();
+        QTRY_COMPARE(movie->currentFrameNumber(), 1); // runs before the dialog is shown
+        movie->stop();
+        const QImage image = dialog.grab({40, 40, 71, 51}).toImage();
+        QCOMPARE(image.pixel(5, 25), qRgba(0, 0, 0, 0)); // where frame 0 is black
+        QCOMPARE(image.pixel(65, 25), qRgba(0, 0, 0, 255));
+    }
+
+    void aboutByMouseAndByKeyboard()
+    {
+        AboutQuillboxDialog dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QDesktopServices::setUrlHandler("https", this, "open");
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return})
+            QTest::keyClick(dialog.windowHandle(), key);
+        QCOMPARE(m_opened, QStringList("https://www.quillbox.example/"));
+        QTest::mouseMove(labelOf(dialog, "labelLink"));
+        QTest::mouseClick(labelOf(dialog, "labelLink"), Qt::LeftButton);
+        QCOMPARE(m_opened.size(), 2);
+        QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void languageChange()
+    {
+        QXMessageDialog messageDialog;
+        ProgressCatRunningDialog busy, untouched;
+        AboutQuillboxDialog about;
+        messageDialog.setMessage(1, "kept");
+        busy.setText("kept");
+        Bracketer translator;
+        QCoreApplication::installTranslator(&translator);
+        QTRY_COMPARE(labelOf(untouched, "labelText")->text(), QString::fromUtf8("[加载中，请稍后...]"));
+        QCOMPARE(labelOf(busy, "labelText")->text(), QString("kept"));
+        QCOMPARE(labelOf(messageDialog, "label")->text(), QString("code:1 \n msg:kept"));
+        QCOMPARE(labelOf(about, "labelTitle")->text(), QString::fromUtf8("[关于羽毛盒]"));
+        QCOMPARE(labelOf(about, "labelVersion")->text(), QString::fromUtf8("[版本:]V1.0.0"));
+        QCOMPARE(
+            labelOf(about, "labelLink")->text(),
+            QString::fromUtf8("<a style='color: black;' href = 'https://www.quillbox.example/'>[羽毛盒官网]</a>"));
+    }
+};
 
 QTEST_MAIN(DialogsTest)
 #include "tst_dialogs.moc"
