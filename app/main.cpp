@@ -1,9 +1,11 @@
 #include "app/globals/settings.h"
 #include "app/main_window.h"
 #include "app/start_up.h"
+#include "device/usb/usb_log.h"
 
 #include <QApplication>
 #include <QSettings>
+#include <QtDebug>
 
 int main(int argc, char** argv)
 {
@@ -11,6 +13,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QSettings settings(kOrganization, kApplication);
     startUp(settings);
+    setUsbLog([](const char* line) { qDebug().noquote() << QString::fromUtf8(line); });
 
     MainWindow window;
     window.show();

@@ -3,8 +3,9 @@ cmake_minimum_required(VERSION 3.25)
 # cmake -DSOURCE_DIR=… -DLAYERS=… -P CheckIncludes.cmake
 #
 # Reads every #include line of every library folder against the neighbours that its CMakeLists.txt names.
-# LAYERS has a line "name|folder|uses|headers" a module; what a module may include is its own folder, the folders and
-# header contracts of the modules it uses directly, and the system headers of the imported targets it uses.
+# LAYERS has a line "name|folder|uses|headers|sources" a module; what a module may include is its own folder, the folders
+# and header contracts of the modules it uses directly, and the system headers of the imported targets it uses. Programs
+# have sources instead of a folder.
 
 file(STRINGS ${LAYERS} layers)
 if(NOT layers)
@@ -17,10 +18,13 @@ foreach(layer IN LISTS layers)
     list(GET fields 1 folder)
     list(GET fields 2 uses)
     list(GET fields 3 headers)
+    list(GET fields 4 sources)
     string(REPLACE "," ";" ${name}_uses "${uses}")
     string(REPLACE "," ";" ${name}_headers "${headers}")
+    string(REPLACE "," ";" ${name}_sources "${sources}")
     set(${name}_folder "${folder}")
     list(APPEND names ${name})
+    list(APPEND program_sources ${${name}_sources})
 endforeach()
 
 function(allowed result name include)
@@ -53,13 +57,13 @@ endfunction()
 set(faults 0)
 set(checked 0)
 foreach(name IN LISTS names)
-    if(NOT ${name}_folder)
-        continue()
+    set(files ${${name}_sources})
+    if(${name}_folder)
+        file(GLOB files RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/${${name}_folder}/*.h ${SOURCE_DIR}/${${name}_folder}/*.cpp)
+        list(REMOVE_ITEM files ${program_sources})
     endif()
-    file(GLOB files ${SOURCE_DIR}/${${name}_folder}/*.h ${SOURCE_DIR}/${${name}_folder}/*.cpp)
-    foreach(file IN LISTS files)
-        cmake_path(RELATIVE_PATH file BASE_DIRECTORY ${SOURCE_DIR} OUTPUT_VARIABLE shown)
-        file(STRINGS ${file} lines REGEX "^[ \t]*#[ \t]*include")
+    foreach(shown IN LISTS files)
+        file(STRINGS ${SOURCE_DIR}/${shown} lines REGEX "^[ \t]*#[ \t]*include")
         foreach(line IN LISTS lines)
             math(EXPR checked "${checked} + 1")
             if(line MATCHES "\"([^\"]+)\"")

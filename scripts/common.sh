@@ -46,7 +46,8 @@ install_missing() {
     rm -f "$log"
 }
 
-build_packages=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n zlib1g-dev)
+build_packages=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n zlib1g-dev
+    libusb-1.0-0-dev)
 run_packages=(fonts-noto-cjk fonts-dejavu-core qt5-image-formats-plugins)
 
 # configure_and_build <preset> <build folder> [cmake arguments…]

@@ -1,0 +1,106 @@
+#include "device/usb/usb_log.h"
+
+#include "device/usb/usb_ids.h"
+
+#include <libusb.h>
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+namespace {
+
+void writeToStandardError(const char* line)
+{
+    std::fprintf(stderr, "%s\n", line);
+}
+
+struct Log
+{
+    std::mutex mutex;
+    void (*sink)(const char* line) = writeToStandardError;
+    std::string lastFailure;
+};
+
+Log& usbLog()
+{
+    static Log log;
+    return log;
+}
+
+std::string supportedIds()
+{
+    std::string list;
+    for (const UsbId& id : supportedUsbIds()) {
+        char text[16];
+        std::snprintf(text, sizeof text, "%s%04x:%04x", list.empty() ? "" : ", ", unsigned{id.vendor},
+                      unsigned{id.product});
+        list += text;
+    }
+    return list;
+}
+
+std::string failureText(int error)
+{
+    switch (error) {
+    case LIBUSB_ERROR_ACCESS:
+        return "no permission to open the printer: install the udev rule 70-quillbox.rules, then unplug the printer "
+               "and "
+               "plug it in again";
+    case LIBUSB_ERROR_BUSY:
+        return "another program holds the printer: close it, and take the printer out of the print queues";
+    case LIBUSB_ERROR_NO_DEVICE:
+        return "the printer is unplugged or switched off: connect it again, it is found by itself";
+    case LIBUSB_ERROR_PIPE:
+        return "the printer refused a transfer (stall): the connection is set up anew; if this comes back, switch "
+               "the "
+               "printer off and on";
+    case LIBUSB_ERROR_TIMEOUT:
+        return "the printer takes no more data (timed out): look after the paper and the cover";
+    default:
+        return std::string(libusb_error_name(error)) + ": unplug the printer and plug it in again";
+    }
+}
+
+void reportFailureText(const std::string& text)
+{
+    Log& log = usbLog();
+    const std::lock_guard<std::mutex> lock(log.mutex);
+    if (text == log.lastFailure)
+        return;
+    log.lastFailure = text;
+    log.sink(("USB: " + text).c_str());
+}
+
+} // namespace
+
+void setUsbLog(void (*sink)(const char* line))
+{
+    Log& log = usbLog();
+    const std::lock_guard<std::mutex> lock(log.mutex);
+    log.sink = sink ? sink : writeToStandardError;
+}
+
+void reportUsbFailure(int error)
+{
+    reportFailureText(failureText(error));
+}
+
+void reportUsbNoPrinter()
+{
+    reportFailureText("no printer found: connect it and switch it on (looked for " + supportedIds() + ")");
+}
+
+void reportUsbNoInterface()
+{
+    reportFailureText("the device has no interface with two bulk endpoints: it is not a printer of this kind");
+}
+
+void reportUsbReady(bool newlyOpened)
+{
+    Log& log = usbLog();
+    const std::lock_guard<std::mutex> lock(log.mutex);
+    log.lastFailure.clear();
+    if (newlyOpened)
+        log.sink("USB: printer opened");
+}
