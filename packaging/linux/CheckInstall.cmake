@@ -1,9 +1,10 @@
 cmake_minimum_required(VERSION 3.25)
 
-# cmake -DBUILD_DIR=… -DSTAGE=… -DDATA_DIR=… -DVERSION=… -P CheckInstall.cmake
+# cmake -DBUILD_DIR=… -DSTAGE=… -DDATA_DIR=… -DVERSION=… -DPRINT_USB_IDS=… -P CheckInstall.cmake
 #
 # Installs the desktop's files into STAGE and looks for them as a desktop does: by the names that they give each other,
-# in the folders of the icon theme, and with icons of the size that their folder promises.
+# in the folders of the icon theme, and with icons of the size that their folder promises. The udev rule has to be for
+# the printers that PRINT_USB_IDS, a program around the client's table, prints.
 
 set(id com.quillbox.Quillbox)
 set(sizes 16 22 24 32 48 64 128 256 512)
@@ -61,3 +62,31 @@ read_field(launched ${metainfo} "<launchable type=\"desktop-id\">([^<]+)</launch
 expect("the desktop file that the metainfo launches" "${launched}" "${id}.desktop")
 read_field(release ${metainfo} "<release version=\"([^\"]+)\"")
 expect("the newest release of the metainfo" "${release}" "${VERSION}")
+
+# Each line of the udev rules that is no comment has to be exactly this, so that none gives more access, or none at all.
+set(rule [[^SUBSYSTEM=="usb", ENV{DEVTYPE}=="usb_device", ]])
+string(APPEND rule [[ATTR{idVendor}=="(....)", ATTR{idProduct}=="(....)", TAG\+="uaccess"$]])
+
+function(read_usb_rules out file)
+    if(NOT EXISTS ${file})
+        message(SEND_ERROR "${file} is not installed")
+        return()
+    endif()
+    file(STRINGS ${file} lines REGEX "^[^#]")
+    set(ids)
+    foreach(line IN LISTS lines)
+        if(line MATCHES "${rule}")
+            list(APPEND ids ${CMAKE_MATCH_1}:${CMAKE_MATCH_2})
+        else()
+            message(SEND_ERROR "${file}: this is not how a printer is given to the person at the seat: ${line}")
+        endif()
+    endforeach()
+    set(${out} "${ids}" PARENT_SCOPE)
+endfunction()
+
+read_usb_rules(ruled ${STAGE}/lib/udev/rules.d/70-quillbox.rules)
+execute_process(COMMAND ${PRINT_USB_IDS} OUTPUT_VARIABLE known COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^\n]+" known "${known}")
+list(SORT ruled)
+list(SORT known)
+expect("the list of printers in the udev rule" "${ruled}" "${known}")
