@@ -81,10 +81,12 @@ function(quillbox_add_program name)
     target_link_libraries(${name} PRIVATE ${targets} quillbox_build_flags)
 endfunction()
 
-# quillbox_add_test(<name> SOURCES <files…> USES <modules…> LABEL unit|ui [TIMEOUT <seconds>] [ON_DISPLAY])
+# quillbox_add_test(<name> SOURCES <files…> USES <modules…> LABEL unit|ui|usb [TIMEOUT <seconds>] [ON_DISPLAY]
+#                   [UNDER <program>])
 # ON_DISPLAY is for tests that need a real X server and a window manager; the others run on the offscreen platform.
+# UNDER names a program that starts the test.
 function(quillbox_add_test name)
-    cmake_parse_arguments(ARG "ON_DISPLAY" "LABEL;TIMEOUT" "SOURCES;USES" ${ARGN})
+    cmake_parse_arguments(ARG "ON_DISPLAY" "LABEL;TIMEOUT;UNDER" "SOURCES;USES" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 300)
     endif()
@@ -94,7 +96,7 @@ function(quillbox_add_test name)
         set(display ${PROJECT_SOURCE_DIR}/tests/with_display)
     endif()
     set_target_properties(${name} PROPERTIES QUILLBOX_DISPLAY "${display}")
-    add_test(NAME ${name} COMMAND ${display} $<TARGET_FILE:${name}>)
+    add_test(NAME ${name} COMMAND ${display} ${ARG_UNDER} $<TARGET_FILE:${name}>)
     quillbox_test_environment(${name})
     set_tests_properties(${name} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
 endfunction()
@@ -118,7 +120,7 @@ endfunction()
 function(quillbox_test_environment name)
     set(suppressions ${PROJECT_SOURCE_DIR}/tests/suppressions)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "\
-QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test_config/${name};\
+QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=verify_asan_link_order=0;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test_config/${name};\
 LSAN_OPTIONS=suppressions=${suppressions}/lsan.txt:print_suppressions=0;\
 TSAN_OPTIONS=suppressions=${suppressions}/tsan.txt:halt_on_error=1;UBSAN_OPTIONS=print_stacktrace=1")
 endfunction()

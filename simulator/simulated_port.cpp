@@ -2,9 +2,19 @@
 
 #include "device/port.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+using Endpoint = SimulatedPrinter::Endpoint;
+
+constexpr int kPacketBytes = 64; ///< as on a bus at full speed
+constexpr std::chrono::seconds kNoProgressLimit(10);
 
 // The plugging in that the connection belongs to; handles of an earlier one stay dead, as they do on a real bus.
 std::atomic<int> s_connection{0};
@@ -18,16 +28,37 @@ int preparePort(port* self)
     return result;
 }
 
+/// In packets, as a bus brings them; waits for a printer that holds back.
+int sendFrame(const unsigned char* frame, int length, int* written)
+{
+    auto end = Clock::now() + kNoProgressLimit;
+    while (*written < length) {
+        const int packet = std::min(kPacketBytes, length - *written);
+        const int taken = simulatedPrinter().receive(frame + *written, packet, s_connection);
+        if (taken < 0)
+            return taken;
+        if (taken > 0)
+            end = Clock::now() + kNoProgressLimit;
+        else if (Clock::now() >= end)
+            return kPortTimedOut;
+        else
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        *written += taken;
+    }
+    return 0;
+}
+
 int writePort(port* self, const unsigned char* buffer, int offset, int length, int* written)
 {
-    if (!self || !buffer || offset != 0 || !written)
+    if (!self || !buffer || offset != 0 || length < 0 || !written)
         return SimulatedPrinter::kBadArgument;
+    static std::mutex frame;
+    const std::lock_guard<std::mutex> lock(frame);
     *written = 0;
-    const int result = simulatedPrinter().receive(buffer, length, s_connection);
-    if (result < 0)
-        return result;
-    *written = result;
-    return 0;
+    const int result = sendFrame(buffer, length, written);
+    if (result == SimulatedPrinter::kRefused)
+        simulatedPrinter().clearHalt(Endpoint::Out);
+    return result;
 }
 
 int readPort(port* self, unsigned char* buffer, int offset, int capacity, int* received)
@@ -36,6 +67,8 @@ int readPort(port* self, unsigned char* buffer, int offset, int capacity, int* r
         return SimulatedPrinter::kBadArgument;
     *received = 0;
     const int result = simulatedPrinter().readReplies(buffer, capacity, s_connection);
+    if (result == SimulatedPrinter::kRefused)
+        simulatedPrinter().clearHalt(Endpoint::In);
     if (result < 0)
         return result;
     *received = result;

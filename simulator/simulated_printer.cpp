@@ -44,8 +44,10 @@ int SimulatedPrinter::receive(const unsigned char* data, int length, int pluggin
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!isConnected(plugging))
             return kUnplugged;
-        if (m_faults.refusingWrites)
+        if (m_faults.refusingWrites || m_faults.outHalted)
             return kRefused;
+        if (m_faults.holdingBack)
+            return 0;
         const qint64 linesBefore = m_roll.lineCount();
         result = takeBytes(data, length, &received);
         paperMoved = m_roll.lineCount() != linesBefore;
@@ -66,6 +68,10 @@ int SimulatedPrinter::takeBytes(const unsigned char* data, int length, QVector<F
     const int taken = leaves ? static_cast<int>(m_faults.bytesUntilGone) : length;
     if (m_faults.bytesUntilGone >= 0)
         m_faults.bytesUntilGone -= taken;
+    if (m_faults.bytesUntilHolding >= 0) {
+        m_faults.bytesUntilHolding = std::max<qint64>(0, m_faults.bytesUntilHolding - taken);
+        m_faults.holdingBack = m_faults.bytesUntilHolding == 0;
+    }
     m_decoder.append(data, taken);
     handleFrames(received);
     if (leaves)
@@ -179,6 +185,8 @@ int SimulatedPrinter::readReplies(unsigned char* buffer, int capacity, int plugg
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!isConnected(plugging))
         return kUnplugged;
+    if (m_faults.inHalted)
+        return kRefused;
     int filled = 0;
     while (filled < capacity && !m_replies.empty()) {
         const QByteArray bytes = takeOldest(capacity - filled);
@@ -199,7 +207,7 @@ QByteArray SimulatedPrinter::takeReply(int capacity)
 QByteArray SimulatedPrinter::takeTransfer(int capacity)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_pluggedIn || m_replies.empty() || capacity <= 0)
+    if (!m_pluggedIn || m_faults.inHalted || m_replies.empty() || capacity <= 0)
         return {};
     return takeOldest(capacity);
 }
@@ -222,16 +230,33 @@ int SimulatedPrinter::prepare(int* plugging)
         return kUnplugged;
     if (m_faults.failingPrepare)
         return kRefused;
+    m_faults.outHalted = m_faults.inHalted = false;
     loseSession();
     if (plugging)
         *plugging = m_plugging;
     return 0;
 }
 
-void SimulatedPrinter::loseSession()
+void SimulatedPrinter::clearHalt(Endpoint endpoint)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (endpoint == Endpoint::In) {
+        m_faults.inHalted = false;
+        return;
+    }
+    m_faults.outHalted = false;
+    loseHalves();
+}
+
+void SimulatedPrinter::loseHalves()
 {
     m_decoder.clear();
     m_roll.dropPartialLine();
+}
+
+void SimulatedPrinter::loseSession()
+{
+    loseHalves();
     m_replies.clear();
     m_replyBytes = 0;
 }

@@ -46,11 +46,12 @@ public:
     enum class Model { K1, K2 };
     /// What the device reports in its status byte. Other than Ready, it takes jobs and feeds but no paper moves.
     enum class Condition : quint8 { Ready = 0, PaperOut = 1, CoverOpen = 16 };
+    enum class Endpoint { In, Out }; ///< as the client sees them
 
     // Errors of the wire; all negative, as a port reports them.
     static constexpr int kBadArgument = -2;
     static constexpr int kUnplugged = -4;
-    static constexpr int kRefused = -9;
+    static constexpr int kRefused = -9; ///< also of a halted endpoint
 
     /// For receive() and readReplies(): whichever connection is the living one.
     static constexpr int kAnyPlugging = -1;
@@ -66,7 +67,7 @@ public:
     /// Takes bytes as a bulk OUT endpoint brings them, cut anywhere.
     /// @param data      `length` bytes
     /// @param plugging  value of plugging() that the caller's connection was opened with; an older one is dead
-    /// @return          bytes taken, always all of them; kUnplugged, kRefused or kBadArgument
+    /// @return          bytes taken: all of them, or none while it holds back; kUnplugged, kRefused or kBadArgument
     int receive(const unsigned char* data, int length, int plugging = kAnyPlugging);
     /// Hands over what the device wants to say, replies joined and cut as `capacity` demands. Returns at once.
     /// @return  bytes put into `buffer`, 0 when there is nothing; kUnplugged or kBadArgument
@@ -75,8 +76,9 @@ public:
     QByteArray takeReply(int capacity);
     /// At most one reply, as one transfer of a bulk IN endpoint would bring it; the rest of a cut one comes next.
     QByteArray takeTransfer(int capacity);
-    /// Starts a new session: forgets a half-received frame, a half-filled line and replies nobody fetched. The key
-    /// stays.
+    /// Ends a halt. Of the Out endpoint, halted or not, it also forgets a half-received frame and a half-filled line.
+    void clearHalt(Endpoint endpoint);
+    /// Starts a new session: clears both halts and forgets replies nobody fetched. The key stays.
     /// @param plugging  receives the value for receive() and readReplies(); may be null
     /// @return          0, kUnplugged or kRefused
     int prepare(int* plugging = nullptr);
@@ -95,6 +97,13 @@ public:
     void goAwayAfter(qint64 bytes);
     void setRefusingWrites(bool refusing);
     void setSilent(bool silent); ///< obeys, but answers nothing
+    /// Has no room for more, as out of paper with a full buffer: takes nothing, and loses nothing.
+    void setHoldingBack(bool holdingBack);
+    /// Holds back as soon as it has taken this many further bytes; what comes with the last of them is still taken.
+    void holdBackAfter(qint64 bytes);
+    void halt(Endpoint endpoint); ///< that endpoint refuses everything until its halt is cleared
+    /// Sends something that nobody asked for, right or wrong, as one reply.
+    void say(const QByteArray& bytes);
     void setFailingPrepare(bool failing);
     void setCondition(Condition condition);
 
@@ -104,6 +113,7 @@ public:
     int plugging() const; ///< grows with every plugging in
     Model model() const;
     Condition condition() const;
+    bool isHalted(Endpoint endpoint) const;
     quint32 key() const;
 
     /// The paper from line `firstLine` on, numbered from 0 for a new roll, feeds included: head width × lines, black
@@ -136,7 +146,11 @@ private:
         bool refusingWrites = false;
         bool silent = false;
         bool failingPrepare = false;
-        qint64 bytesUntilGone = -1; ///< negative: it stays
+        bool holdingBack = false;
+        bool outHalted = false;
+        bool inHalted = false;
+        qint64 bytesUntilGone = -1;    ///< negative: it stays
+        qint64 bytesUntilHolding = -1; ///< negative: it goes on
     };
     struct Counts
     {
@@ -160,6 +174,7 @@ private:
     void answer(quint8 query);
     void queueReply(const QByteArray& frame);
     QByteArray takeOldest(int capacity);
+    void loseHalves();
     void loseSession();
     void powerOn();
     void putInRoll();

@@ -24,6 +24,7 @@ void SimulatedPrinter::powerOn()
     ++m_plugging;
     m_key = kPowerOnKey;
     m_faults.bytesUntilGone = -1;
+    m_faults.outHalted = m_faults.inHalted = false;
     loseSession();
 }
 
@@ -116,6 +117,31 @@ void SimulatedPrinter::setFailingPrepare(bool failing)
     m_faults.failingPrepare = failing;
 }
 
+void SimulatedPrinter::setHoldingBack(bool holdingBack)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults.holdingBack = holdingBack;
+    m_faults.bytesUntilHolding = -1;
+}
+
+void SimulatedPrinter::holdBackAfter(qint64 bytes)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults.bytesUntilHolding = bytes;
+}
+
+void SimulatedPrinter::halt(Endpoint endpoint)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    (endpoint == Endpoint::Out ? m_faults.outHalted : m_faults.inHalted) = true;
+}
+
+void SimulatedPrinter::say(const QByteArray& bytes)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    queueReply(bytes);
+}
+
 void SimulatedPrinter::setCondition(Condition condition)
 {
     {
@@ -149,6 +175,12 @@ SimulatedPrinter::Condition SimulatedPrinter::condition() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_condition;
+}
+
+bool SimulatedPrinter::isHalted(Endpoint endpoint) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return endpoint == Endpoint::Out ? m_faults.outHalted : m_faults.inHalted;
 }
 
 quint32 SimulatedPrinter::key() const

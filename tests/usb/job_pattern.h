@@ -1,0 +1,44 @@
+#pragma once
+
+#include "device/printer_thread.h"
+
+#include <QObject>
+#include <QRandomGenerator>
+#include <QStringList>
+
+/// A page of black and white dots as random as its number: no two lines of two jobs look alike.
+struct JobPattern
+{
+    JobPattern(int width, int lines, quint32 number)
+        : picture(width, lines, QImage::Format_RGB32)
+        , dots(width / 8 * lines, '\0')
+    {
+        QRandomGenerator random(number);
+        for (int i = 0; i < dots.size(); ++i) {
+            dots[i] = static_cast<char>(random.bounded(256));
+            for (int bit = 0; bit < 8; ++bit) {
+                const int x = i * 8 % width + bit;
+                picture.setPixel(x, i * 8 / width, dots[i] & (0x80 >> bit) ? qRgb(0, 0, 0) : qRgb(255, 255, 255));
+            }
+        }
+    }
+
+    QImage picture;
+    QByteArray dots; ///< eight to a byte, as they are to come out on paper
+};
+
+/// Prints a picture as it is: print type 3 burns what is black and leaves the dots alone.
+/// @return  the result codes that were reported
+inline QList<int> runJob(const QImage& picture)
+{
+    PrinterThread thread;
+    QObject window;
+    QList<int> results;
+    QObject::connect(&thread, &PrinterThread::resultReady, &window, [&](int code) { results << code; });
+    thread.setImage(picture, 3);
+    thread.start();
+    if (!thread.wait(40000))
+        qFatal("the job does not end");
+    QCoreApplication::processEvents();
+    return results;
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "tests/usb/usb_descriptors.h"
+#include "tests/usb/usbfs_device.h"
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+/// A USB bus with the simulated printer on it, for this process and for those that it starts: all of them run under
+/// umockdev-wrapper and see no real device. What is done to the printer (plug, unplug, halt, hold back…) is seen on
+/// the bus; what only a bus knows is said here. Any thread.
+class VirtualUsbPrinter : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The printer is on the bus from now on, if it is plugged in. One bus a process, until the process ends.
+    /// @param printer  outlives this object
+    explicit VirtualUsbPrinter(SimulatedPrinter& printer);
+    ~VirtualUsbPrinter() override;
+
+    UsbFaults& faults() { return m_faults; }
+
+    /// For the next plugging in.
+    void setShape(const UsbShape& shape);
+    /// Whether only root may open the device; for root itself see Unprivileged.
+    void setDenied(bool denied);
+    /// The device as it is plugged in now, or the last one that was.
+    const UsbfsDevice& device() const;
+
+private:
+    void mirror(bool pluggedIn);
+    void addDevice();
+    void removeDevice();
+    QByteArray nodePath() const;
+    void applyPermission();
+
+    SimulatedPrinter& m_printer;
+    UsbFaults m_faults;
+    UMockdevTestbed* m_bus;
+    mutable std::mutex m_mutex; // guards what follows
+    UsbShape m_shape;
+    bool m_denied = false;
+    bool m_onBus = false;
+    int m_address = 1;                                   ///< grows with every device, as a real bus counts them
+    std::vector<std::unique_ptr<UsbfsDevice>> m_devices; ///< all that ever were: some may still be open
+};
+
+/// The calling thread without root's right to open everything, for as long as this lives. Without effect for others.
+class Unprivileged
+{
+public:
+    Unprivileged();
+    ~Unprivileged();
+};
