@@ -2,9 +2,10 @@
 
 #include "device/printer_thread.h"
 
-#include <QObject>
 #include <QRandomGenerator>
-#include <QStringList>
+
+#include <mutex>
+#include <vector>
 
 /// A page of black and white dots as random as its number: no two lines of two jobs look alike.
 struct JobPattern
@@ -29,16 +30,21 @@ struct JobPattern
 
 /// Prints a picture as it is: print type 3 burns what is black and leaves the dots alone.
 /// @return  the result codes that were reported
-inline QList<int> runJob(const QImage& picture)
+inline std::vector<int> runJob(const QImage& picture)
 {
     PrinterThread thread;
-    QObject window;
-    QList<int> results;
-    QObject::connect(&thread, &PrinterThread::resultReady, &window, [&](int code) { results << code; });
+    std::mutex mutex;
+    std::vector<int> results;
+    // In the job's own thread: a queued call would be a race to the thread sanitizer, which does not see Qt's queue.
+    const auto keep = [&](int code) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        results.push_back(code);
+    };
+    QObject::connect(&thread, &PrinterThread::resultReady, &thread, keep, Qt::DirectConnection);
     thread.setImage(picture, 3);
     thread.start();
     if (!thread.wait(40000))
         qFatal("the job does not end");
-    QCoreApplication::processEvents();
+    const std::lock_guard<std::mutex> lock(mutex);
     return results;
 }

@@ -157,13 +157,13 @@ bool ScenariosTest::isPrinted(int lines)
 {
     const JobPattern job(printHeadWidth(), lines, ++m_jobs);
     m_paper += job.dots;
-    return runJob(job.picture) == QList<int>{0} && printer().jobLines() == m_paper;
+    return runJob(job.picture) == std::vector<int>{0} && printer().jobLines() == m_paper;
 }
 
 bool ScenariosTest::isCutOff(int lines)
 {
     const JobPattern job(printHeadWidth(), lines, ++m_jobs);
-    if (runJob(job.picture) != QList<int>{1})
+    if (runJob(job.picture) != std::vector<int>{1})
         return false;
     const QByteArray before = m_paper, whole = before + job.dots;
     m_paper = printer().jobLines();
