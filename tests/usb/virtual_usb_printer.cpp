@@ -1,5 +1,6 @@
 #include "tests/usb/virtual_usb_printer.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <sys/fsuid.h>
@@ -8,7 +9,8 @@
 
 namespace {
 
-constexpr char kDevicePath[] = "/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1";
+constexpr char kDevicePath[] = "/sys/devices/usb1/1-1";
+constexpr char kBusFolder[] = "/sys/bus/usb/devices";
 constexpr uid_t kNobody = 65534;
 
 QByteArray hexNumber(quint16 number)
@@ -16,19 +18,11 @@ QByteArray hexNumber(quint16 number)
     return QByteArray::number(number, 16).rightJustified(4, '0');
 }
 
-/// In umockdev's format for what sysfs and udev tell of a device.
-QByteArray deviceRecord(const UsbShape& shape, int address)
+void writeFile(const QByteArray& path, const QByteArray& text)
 {
-    const QByteArray number = QByteArray::number(address).rightJustified(3, '0');
-    QByteArray record;
-    record += QByteArray("P: ") + (kDevicePath + qstrlen("/sys")) + "\nN: bus/usb/001/" + number + '\n';
-    record += "E: DEVTYPE=usb_device\nE: SUBSYSTEM=usb\nE: DEVNAME=/dev/bus/usb/001/" + number + '\n';
-    // A line of sysfs ends with a line end of its own.
-    record += "A: busnum=1\\n\nA: devnum=" + QByteArray::number(address) + "\\n\n";
-    record += "A: bConfigurationValue=1\\n\nA: speed=" + QByteArray(shape.highSpeed ? "480" : "12") + "\\n\n";
-    record += "A: idVendor=" + hexNumber(shape.vendor) + "\\n\nA: idProduct=" + hexNumber(shape.product) + "\\n\n";
-    record += "H: descriptors=" + usbDescriptors(shape).toHex().toUpper() + "\n\n";
-    return record;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("cannot write %s", path.constData());
 }
 
 } // namespace
@@ -39,10 +33,13 @@ VirtualUsbPrinter::VirtualUsbPrinter(SimulatedPrinter& printer)
 {
     if (!umockdev_in_mock_environment())
         qFatal("start this program by umockdev-wrapper");
-    // Whoever may not open a device still sees it.
+    // Whoever may not open a device still sees it, and listens for udev's news by a socket in here.
     gchar* root = umockdev_testbed_get_root_dir(m_bus);
-    chmod(root, 0755);
+    m_root = root;
     g_free(root);
+    chmod(m_root, 0777);
+    QDir().mkpath(m_root + kBusFolder);
+    QDir().mkpath(m_root + "/dev/bus/usb/001");
     connect(&printer, &SimulatedPrinter::pluggedInChanged, this, &VirtualUsbPrinter::mirror, Qt::DirectConnection);
     if (printer.isPluggedIn())
         mirror(true);
@@ -87,21 +84,49 @@ void VirtualUsbPrinter::mirror(bool pluggedIn)
 void VirtualUsbPrinter::addDevice()
 {
     ++m_address;
-    GError* error = nullptr;
     m_devices.push_back(std::make_unique<UsbfsDevice>(m_printer, m_faults, m_shape.packetBytes()));
-    if (!umockdev_testbed_add_from_string(m_bus, deviceRecord(m_shape, m_address), &error) ||
-        !umockdev_testbed_attach_ioctl(m_bus, nodePath(), m_devices.back()->handler(), &error))
+    GError* error = nullptr;
+    if (!umockdev_testbed_attach_ioctl(m_bus, nodePath(), m_devices.back()->handler(), &error))
         qFatal("the device cannot be put on the bus: %s", error->message);
+    writeFile(m_root + nodePath(), QByteArray());
     m_onBus = true;
     applyPermission();
+    describeDevice();
+    announce("add");
+}
+
+/// What sysfs says of the device. Written here and not by umockdev, which would announce it at once.
+void VirtualUsbPrinter::describeDevice()
+{
+    const QByteArray folder = m_root + kDevicePath + '/', address = QByteArray::number(m_address);
+    QDir().mkpath(folder);
+    writeFile(folder + "uevent", "DEVTYPE=usb_device\nDEVNAME=" + nodePath() + '\n');
+    writeFile(folder + "busnum", "1\n");
+    writeFile(folder + "devnum", address + '\n');
+    writeFile(folder + "speed", m_shape.highSpeed ? "480\n" : "12\n");
+    writeFile(folder + "bConfigurationValue", "1\n");
+    writeFile(folder + "idVendor", hexNumber(m_shape.vendor) + '\n');
+    writeFile(folder + "idProduct", hexNumber(m_shape.product) + '\n');
+    writeFile(folder + "descriptors", usbDescriptors(m_shape));
+    QFile::link("../../../bus/usb", folder + "subsystem");
+    QFile::link("../../../devices/usb1/1-1", m_root + kBusFolder + "/1-1"); // last, for it is what is looked for
 }
 
 void VirtualUsbPrinter::removeDevice()
 {
     m_devices.back()->disappear();
-    umockdev_testbed_uevent(m_bus, kDevicePath, "remove");
-    umockdev_testbed_remove_device(m_bus, kDevicePath);
+    QFile::remove(m_root + kBusFolder + "/1-1");
+    announce("remove");
+    QDir(m_root + kDevicePath).removeRecursively();
+    QFile::remove(m_root + nodePath());
+    umockdev_testbed_detach_ioctl(m_bus, nodePath(), nullptr); // whoever has it open is still answered
     m_onBus = false;
+}
+
+void VirtualUsbPrinter::announce(const char* action)
+{
+    if (m_faults.udev)
+        umockdev_testbed_uevent(m_bus, kDevicePath, action);
 }
 
 QByteArray VirtualUsbPrinter::nodePath() const
@@ -111,7 +136,8 @@ QByteArray VirtualUsbPrinter::nodePath() const
 
 void VirtualUsbPrinter::applyPermission()
 {
-    chmod(nodePath(), m_denied ? 0 : 0666);
+    chmod(m_root + nodePath(), m_denied ? 0 : 0666);
+    chmod(m_root + "/ioctl" + nodePath(), 0777); // umockdev calls it even when the node cannot be opened
 }
 
 Unprivileged::Unprivileged()

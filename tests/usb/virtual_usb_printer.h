@@ -32,13 +32,16 @@ public:
 private:
     void mirror(bool pluggedIn);
     void addDevice();
+    void describeDevice();
     void removeDevice();
+    void announce(const char* action);
     QByteArray nodePath() const;
     void applyPermission();
 
     SimulatedPrinter& m_printer;
     UsbFaults m_faults;
     UMockdevTestbed* m_bus;
+    QByteArray m_root;          ///< the folder that stands for this machine's /dev and /sys
     mutable std::mutex m_mutex; // guards what follows
     UsbShape m_shape;
     bool m_denied = false;
