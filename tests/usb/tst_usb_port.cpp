@@ -1,4 +1,4 @@
-#include "tests/usb/virtual_usb_printer.h"
+#include "tests/usb/fault_commands.h"
 
 #include "device/packet.h"
 #include "device/port.h"
@@ -73,8 +73,15 @@ class UsbPortTest : public QObject
     Q_OBJECT
 
     VirtualUsbPrinter* m_bus = nullptr;
+    std::unique_ptr<FaultCommands> m_commands;
     port* m_port = nullptr;
 
+    void tell(const char* command)
+    {
+        const QString answer = m_commands->obey(command);
+        if (!answer.startsWith("ok"))
+            qFatal("%s: %s", command, qPrintable(answer));
+    }
     /// Off the bus and on again, as what the test needs.
     void replug(const UsbShape& shape = UsbShape())
     {
@@ -97,6 +104,7 @@ private slots:
     void readsWholePackets();
     void framesOfWritersDoNotMix();
     void nothingIsClosedUnderATransfer();
+    void commandsAreAnswered();
 };
 
 void UsbPortTest::initTestCase()
@@ -104,6 +112,7 @@ void UsbPortTest::initTestCase()
     setUsbLog(keepLine);
     static VirtualUsbPrinter bus(printer()); // made before the port, and so there until the port has let go of it
     m_bus = &bus;
+    m_commands = std::make_unique<FaultCommands>(printer(), bus);
 }
 
 void UsbPortTest::init()
@@ -157,7 +166,7 @@ void UsbPortTest::saysWhyAndHowToMend()
     const auto prepared = [&] {
         return m_port->prepare(m_port);
     };
-    printer().unplug();
+    tell("unplug");
     QCOMPARE(writeTo(m_port, frameOf('a')), int{LIBUSB_ERROR_NO_DEVICE});
     QVERIFY(takeLog().contains("unplugged or switched off: connect it again"));
     QCOMPARE(prepared(), int{LIBUSB_ERROR_NO_DEVICE});
@@ -165,37 +174,37 @@ void UsbPortTest::saysWhyAndHowToMend()
     QCOMPARE(prepared(), int{LIBUSB_ERROR_NO_DEVICE});
     QCOMPARE(takeLog(), QString()); // no news
 
-    m_bus->setDenied(true);
-    printer().plugIn();
+    tell("deny");
+    tell("plug");
     {
         const Unprivileged person;
         QCOMPARE(prepared(), int{LIBUSB_ERROR_ACCESS});
     }
     QVERIFY(takeLog().contains("no permission to open the printer: install the udev rule 70-quillbox.rules"));
-    m_bus->setDenied(false);
+    tell("deny off");
 
-    m_bus->faults().heldElsewhere = true;
+    tell("hold");
     QCOMPARE(prepared(), int{LIBUSB_ERROR_BUSY});
     QVERIFY(takeLog().contains("another program holds the printer: close it"));
-    m_bus->faults().heldElsewhere = false;
+    tell("hold off");
     QCOMPARE(prepared(), 0);
     QCOMPARE(takeLog(), QString("USB: printer opened"));
     int result = 0;
     QVERIFY(!UsbConnection::open(&result) && result == LIBUSB_ERROR_BUSY); // a second client
     QVERIFY(takeLog().contains("another program holds"));
 
-    printer().halt(Endpoint::Out);
+    tell("stall out");
     QCOMPARE(writeTo(m_port, frameOf('a')), int{LIBUSB_ERROR_PIPE});
     QVERIFY(takeLog().contains("refused a transfer (stall)"));
     QVERIFY(!printer().isHalted(Endpoint::Out));
-    printer().halt(Endpoint::In);
+    tell("stall in");
     QCOMPARE(readFrom(m_port), QByteArray("-9"));
     QVERIFY(!printer().isHalted(Endpoint::In));
 }
 
 void UsbPortTest::stepsInForTheKernelsDriver()
 {
-    m_bus->faults().usblp = true;
+    tell("usblp");
     replug();
     QVERIFY(m_bus->device().isUsblpBound());
     int result = -1;
@@ -225,7 +234,7 @@ void UsbPortTest::leavesAHealthyDeviceAlone()
 void UsbPortTest::beginsAtAFrameBoundary()
 {
     const int claims = m_bus->device().claims();
-    printer().holdBackAfter(500);
+    tell("nak after 500");
     int written = 0;
     QElapsedTimer time;
     time.start();
@@ -233,7 +242,7 @@ void UsbPortTest::beginsAtAFrameBoundary()
     QVERIFY2(time.elapsed() >= 9900 && time.elapsed() < 12000, QByteArray::number(time.elapsed()));
     QCOMPARE(written, 512); // in packets of 64
     QVERIFY(takeLog().contains("takes no more data (timed out): look after the paper and the cover"));
-    printer().setHoldingBack(false);
+    tell("nak off");
     QCOMPARE(m_port->prepare(m_port), 0);
     QVERIFY(m_bus->device().claims() > claims);
     QCOMPARE(writeTo(m_port, frameOf('b')), 0);
@@ -243,7 +252,7 @@ void UsbPortTest::beginsAtAFrameBoundary()
 
 void UsbPortTest::endsAReadWithoutAnEmptyPacket()
 {
-    m_bus->faults().noZeroLengthPacket = true;
+    tell("no zlp");
     printer().say(QByteArray(64, 'x'));
     QElapsedTimer time;
     time.start();
@@ -254,9 +263,9 @@ void UsbPortTest::endsAReadWithoutAnEmptyPacket()
 
 void UsbPortTest::readsWholePackets()
 {
-    UsbShape shape;
-    shape.highSpeed = true;
-    replug(shape);
+    tell("high speed");
+    tell("unplug");
+    tell("plug");
     QCOMPARE(m_port->prepare(m_port), 0);
     QByteArray said, heard;
     for (char reply = 'a'; reply <= 'z';
@@ -335,6 +344,36 @@ void UsbPortTest::nothingIsClosedUnderATransfer()
     QCOMPARE(m_port->prepare(m_port), 0);
     QCOMPARE(writeTo(m_port, frameOf('a')), 0);
     QCOMPARE(printer().crcErrorCount(), 0);
+}
+
+/// The faults by command that the tests above have no use for, and those that are refused.
+void UsbPortTest::commandsAreAnswered()
+{
+    const std::pair<const char*, const char*> answers[] = {
+        {"unplug after 5", "ok"},
+        {"MODEL  k2", "ok"},
+        {"status", "plugged in, K2, frames 0, damaged frames 0, lines 0, key exchanges 0"},
+        {"model K2", "nothing done: a K2 is plugged in"},
+        {"plug", "nothing done: the printer is plugged in"},
+        {"plug 5", "not understood: \"plug 5\"; there are: plug"},
+        {"say 123", "not understood: \"say 123\"; there are: say HEX"},
+        {"paper x.png", "nothing done: there is no paper yet"},
+        {"unplug", "ok"},
+        {"stall in", "nothing done: the printer is unplugged"},
+    };
+    for (const auto& [command, answer] : answers)
+        QCOMPARE(m_commands->obey(command), QString(answer));
+    QVERIFY(m_commands->obey("").contains("there are: plug, unplug,"));
+    tell("full speed");
+    tell("plug");
+    tell("say 41 42");
+    QCOMPARE(m_port->prepare(m_port), 0); // throws it away
+    tell("mute");
+    writeTo(m_port, sealedFrame(CommandGetModel, 0, QByteArray(2, '\0'), kPowerOnKey));
+    QCOMPARE(readFrom(m_port), QByteArray("-7"));
+    tell("mute off");
+    tell("say 41 42");
+    QCOMPARE(readFrom(m_port), QByteArray("AB"));
 }
 
 QTEST_GUILESS_MAIN(UsbPortTest)
