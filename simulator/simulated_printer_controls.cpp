@@ -127,6 +127,7 @@ void SimulatedPrinter::setHoldingBack(bool holdingBack)
 void SimulatedPrinter::holdBackAfter(qint64 bytes)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults.holdingBack = bytes == 0;
     m_faults.bytesUntilHolding = bytes;
 }
 

@@ -105,6 +105,7 @@ void ScenariosTest::scenario()
         QVERIFY2(doStep(parts[0], parts.value(1)), step);
     }
     QCOMPARE(printer().crcErrorCount(), 0);
+    QCOMPARE(printer().skippedBytes(), qint64{0}); // no half frame was left in front of a whole one
 }
 
 bool ScenariosTest::doStep(const QByteArray& step, const QByteArray& argument)

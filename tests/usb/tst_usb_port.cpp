@@ -230,17 +230,23 @@ void UsbPortTest::leavesAHealthyDeviceAlone()
     QCOMPARE(takeLog(), QString());
 }
 
-/// A printer that takes nothing for ten seconds keeps half a frame, and the client begins with a whole one again.
+/// A printer that takes nothing for ten seconds after its last byte keeps half a frame, and the client begins with a
+/// whole one again.
 void UsbPortTest::beginsAtAFrameBoundary()
 {
     const int claims = m_bus->device().claims();
     tell("nak after 500");
+    std::thread sheet([] { // a little room in between
+        std::this_thread::sleep_for(std::chrono::seconds(6));
+        printer().holdBackAfter(100);
+    });
     int written = 0;
     QElapsedTimer time;
     time.start();
     QCOMPARE(writeTo(m_port, frameOf('a'), &written), int{LIBUSB_ERROR_TIMEOUT});
-    QVERIFY2(time.elapsed() >= 9900 && time.elapsed() < 12000, QByteArray::number(time.elapsed()));
-    QCOMPARE(written, 512); // in packets of 64
+    sheet.join();
+    QVERIFY2(time.elapsed() >= 15900 && time.elapsed() < 18500, QByteArray::number(time.elapsed()));
+    QCOMPARE(written, 512 + 128); // in packets of 64
     QVERIFY(takeLog().contains("takes no more data (timed out): look after the paper and the cover"));
     tell("nak off");
     QCOMPARE(m_port->prepare(m_port), 0);
