@@ -99,7 +99,8 @@ public:
     void setSilent(bool silent); ///< obeys, but answers nothing
     /// Has no room for more, as out of paper with a full buffer: takes nothing, and loses nothing.
     void setHoldingBack(bool holdingBack);
-    /// Takes this many further bytes, whether it held back or not, and what comes with the last of them; then holds back.
+    /// Takes this many further bytes, whether it held back or not, and what comes with the last of them; then holds
+    /// back.
     void holdBackAfter(qint64 bytes);
     void halt(Endpoint endpoint); ///< that endpoint refuses everything until its halt is cleared
     /// Sends something that nobody asked for, right or wrong, as one reply.

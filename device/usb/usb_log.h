@@ -17,6 +17,6 @@ void reportUsbNoPrinter();
 /// The device has no interface with two bulk endpoints.
 void reportUsbNoInterface();
 
-/// A session begins, and every failure is news again.
+/// A session begins or the printer answers, and every failure is news again.
 /// @param newlyOpened  whether the device has just been opened, which is worth a line
 void reportUsbReady(bool newlyOpened);

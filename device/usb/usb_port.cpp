@@ -189,7 +189,10 @@ int UsbPort::readReplies(unsigned char* buffer, int capacity, int* received)
             m_connection->clearInHalt();
         return result;
     }
-    return *received > 0 ? 0 : LIBUSB_ERROR_TIMEOUT;
+    if (*received == 0)
+        return LIBUSB_ERROR_TIMEOUT;
+    reportUsbReady(false);
+    return 0;
 }
 
 UsbPort& usbPort()

@@ -200,6 +200,12 @@ void UsbPortTest::saysWhyAndHowToMend()
     tell("stall in");
     QCOMPARE(readFrom(m_port), QByteArray("-9"));
     QVERIFY(!printer().isHalted(Endpoint::In));
+    QCOMPARE(takeLog(), QString());
+    tell("say 41");
+    QCOMPARE(readFrom(m_port), QByteArray("A"));
+    tell("stall in");
+    QCOMPARE(readFrom(m_port), QByteArray("-9"));
+    QVERIFY(takeLog().contains("refused")); // news again
 }
 
 void UsbPortTest::stepsInForTheKernelsDriver()
@@ -227,6 +233,7 @@ void UsbPortTest::leavesAHealthyDeviceAlone()
     printer().halt(Endpoint::In);
     QCOMPARE(m_port->prepare(m_port), 0);
     QCOMPARE(writeTo(m_port, frameOf('a')), 0);
+    QCOMPARE(readFrom(m_port), QByteArray("-7"));
     QCOMPARE(takeLog(), QString());
 }
 

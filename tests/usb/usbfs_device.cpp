@@ -1,7 +1,5 @@
 #include "tests/usb/usbfs_device.h"
 
-#include "tests/usb/usb_descriptors.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
@@ -55,10 +53,11 @@ void update(UMockdevIoctlData* data, std::size_t offset, T value)
 
 } // namespace
 
-UsbfsDevice::UsbfsDevice(SimulatedPrinter& printer, const UsbFaults& faults, int packetBytes)
+UsbfsDevice::UsbfsDevice(SimulatedPrinter& printer, const UsbFaults& faults, const UsbShape& shape)
     : m_printer(printer)
     , m_faults(faults)
-    , m_packetBytes(packetBytes)
+    , m_packetBytes(shape.packetBytes())
+    , m_settingWithEndpoints(static_cast<unsigned>(shape.alternateSetting))
     , m_plugging(printer.plugging())
     , m_handler(umockdev_ioctl_base_new())
     , m_usblpBound(faults.usblp.load())
@@ -119,6 +118,7 @@ int UsbfsDevice::answerPlain(Client* client, gulong request)
         m_usblpBound = m_faults.usblp.load();
         return 0;
     case USBDEVFS_SETINTERFACE:
+        m_setting = valueOf<usbdevfs_setinterface>(client).altsetting;
         return 0;
     case USBDEVFS_CLEAR_HALT:
         return clearHalt(valueOf<unsigned>(client));
@@ -135,6 +135,7 @@ int UsbfsDevice::claim(Client* client, bool detaching)
         return EBUSY;
     m_usblpBound = false;
     m_owner = client;
+    m_setting = 0;
     ++m_claims;
     return 0;
 }
@@ -149,6 +150,8 @@ int UsbfsDevice::submit(Client* client)
 {
     if (m_owner != client)
         return EINVAL;
+    if (m_setting != m_settingWithEndpoints)
+        return ENOENT;
     DataPointer urb(resolved(umockdev_ioctl_client_get_arg(client), 0, sizeof(usbdevfs_urb)));
     usbdevfs_urb fields;
     std::memcpy(&fields, urb->data, sizeof fields);

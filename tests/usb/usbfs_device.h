@@ -4,6 +4,7 @@
 #include <umockdev.h>
 
 #include "simulator/simulated_printer.h"
+#include "tests/usb/usb_descriptors.h"
 
 #include <atomic>
 #include <memory>
@@ -26,7 +27,7 @@ struct UsbFaults
 class UsbfsDevice
 {
 public:
-    UsbfsDevice(SimulatedPrinter& printer, const UsbFaults& faults, int packetBytes);
+    UsbfsDevice(SimulatedPrinter& printer, const UsbFaults& faults, const UsbShape& shape);
     ~UsbfsDevice();
 
     UMockdevIoctlBase* handler() const { return m_handler; }
@@ -85,6 +86,7 @@ private:
     SimulatedPrinter& m_printer;
     const UsbFaults& m_faults;
     const int m_packetBytes;
+    const unsigned m_settingWithEndpoints;
     const int m_plugging;
     UMockdevIoctlBase* m_handler;
     std::atomic<bool> m_gone{false};
@@ -93,6 +95,7 @@ private:
 
     std::mutex m_mutex; // guards what follows
     Client* m_owner = nullptr;
+    unsigned m_setting = 0;
     Client* m_emptyHanded = nullptr; ///< reaped nothing last time
     std::vector<Transfer> m_transfers;
     std::vector<Reap> m_waitingReaps;

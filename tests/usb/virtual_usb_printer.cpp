@@ -84,7 +84,7 @@ void VirtualUsbPrinter::mirror(bool pluggedIn)
 void VirtualUsbPrinter::addDevice()
 {
     ++m_address;
-    m_devices.push_back(std::make_unique<UsbfsDevice>(m_printer, m_faults, m_shape.packetBytes()));
+    m_devices.push_back(std::make_unique<UsbfsDevice>(m_printer, m_faults, m_shape));
     GError* error = nullptr;
     if (!umockdev_testbed_attach_ioctl(m_bus, nodePath(), m_devices.back()->handler(), &error))
         qFatal("the device cannot be put on the bus: %s", error->message);
