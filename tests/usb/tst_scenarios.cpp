@@ -91,6 +91,8 @@ void ScenariosTest::scenario_data()
             row(script("unplugged at frame %d", frame) + script(", byte %d", byte),
                 script("up gone=%d fail=89 down plug print=89 keys=2", 12 + frame * 1018 + byte));
     }
+    row("unplugged after the last byte, so that only the closing feed is lost",
+        script("up gone=%d print=89 down", 12 + kShortJobBytes));
     row("unplugged before the last byte", script("up gone=%d fail=89 plug print=89", 12 + kShortJobBytes - 1));
 }
 
