@@ -207,6 +207,7 @@ void ClientTest::survivesUnplugging()
     QVERIFY(quillbox.logs("连接失败")); // the text that stood there
 
     QCOMPARE(quillbox.tell("plug"), QString("ok"));
+    QVERIFY(quillbox.logs("USB: printer opened")); // what was logged before it does not count
     QVERIFY(quillbox.isReady());
     QCOMPARE(quillbox.tell("nak after 2000"), QString("ok")); // out of paper for a moment
     clickAt(m_printButton);
