@@ -44,17 +44,15 @@ std::string failureText(int error)
 {
     switch (error) {
     case LIBUSB_ERROR_ACCESS:
-        return "no permission to open the printer: install the udev rule 70-quillbox.rules, then unplug the printer "
-               "and "
-               "plug it in again";
+        return "no permission to open the printer: install the udev rule 70-quillbox.rules, "
+               "then unplug the printer and plug it in again";
     case LIBUSB_ERROR_BUSY:
         return "another program holds the printer: close it, and take the printer out of the print queues";
     case LIBUSB_ERROR_NO_DEVICE:
         return "the printer is unplugged or switched off: connect it again, it is found by itself";
     case LIBUSB_ERROR_PIPE:
-        return "the printer refused a transfer (stall): the connection is set up anew; if this comes back, switch "
-               "the "
-               "printer off and on";
+        return "the printer refused a transfer (stall): the connection is set up anew; "
+               "if this comes back, switch the printer off and on";
     case LIBUSB_ERROR_TIMEOUT:
         return "the printer takes no more data (timed out): look after the paper and the cover";
     default:
