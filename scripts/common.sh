@@ -47,7 +47,7 @@ install_missing() {
 }
 
 build_packages=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n zlib1g-dev
-    libusb-1.0-0-dev)
+    libusb-1.0-0-dev libssl-dev libcpp-httplib-dev)
 run_packages=(fonts-noto-cjk fonts-dejavu-core qt5-image-formats-plugins)
 
 # configure_and_build <preset> <build folder> [cmake arguments…]

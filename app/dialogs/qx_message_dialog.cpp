@@ -4,6 +4,10 @@
 
 #include <QEvent>
 
+namespace {
+constexpr int kShownCharacters = 2000; ///< more than has room, and little enough to lay out at once
+} // namespace
+
 QXMessageDialog::QXMessageDialog(QWidget* parent)
     : QDialog(parent)
     , m_ui(new Ui::QXMessageDialog)
@@ -15,7 +19,12 @@ QXMessageDialog::~QXMessageDialog() = default;
 
 void QXMessageDialog::setMessage(int code, QString msg)
 {
-    m_ui->label->setText(QStringLiteral("code:%1 \n msg:%2").arg(code).arg(msg));
+    setText(QStringLiteral("code:%1 \n msg:%2").arg(QString::number(code), msg));
+}
+
+void QXMessageDialog::setText(const QString& text)
+{
+    m_ui->label->setText(text.left(kShownCharacters));
     m_ui->label->adjustSize();
 }
 

@@ -8,7 +8,8 @@ namespace Ui {
 class QXMessageDialog;
 }
 
-/// A result code with its message, and OK and Cancel. GUI thread.
+/// A message, which may come with a result code, and OK and Cancel. Shows plain text, whatever the network sent, and
+/// of a long one the beginning. GUI thread.
 class QXMessageDialog : public QDialog
 {
     Q_OBJECT
@@ -20,6 +21,8 @@ public:
     /// Shows "code:<code> \n msg:<msg>", on two lines. The label takes the size of the text, the dialog keeps its
     /// own.
     void setMessage(int code, QString msg);
+    /// Shows a text as it is. The label takes its size.
+    void setText(const QString& text);
 
 protected:
     void changeEvent(QEvent* event) override;

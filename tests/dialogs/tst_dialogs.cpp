@@ -58,6 +58,13 @@ private slots:
         dialog.setMessage(-1, "x");
         QCOMPARE(label->text(), QString("code:-1 \n msg:x"));
         QCOMPARE(label->size(), label->sizeHint());
+        dialog.setMessage(5, "<b>%1</b> " + QString(100000, 'x'));
+        QVERIFY(label->text().startsWith("code:5 \n msg:<b>%1</b> x"));
+        QVERIFY(label->text().size() < 5000);
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+        dialog.setText("x");
+        QCOMPARE(label->text(), QString("x"));
+        QCOMPARE(label->size(), label->sizeHint());
 
         const auto* buttons = dialog.findChild<QDialogButtonBox*>();
         for (const auto button : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {

@@ -1,0 +1,21 @@
+# cpp-httplib as a distribution builds it, which brings no CMake package: httplib::httplib, Httplib_FOUND.
+# Its records depend on what it was built with, so a user of the header has to say the same.
+
+find_path(Httplib_INCLUDE_DIR httplib.h)
+find_library(Httplib_LIBRARY NAMES cpp-httplib)
+
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(Httplib REQUIRED_VARS Httplib_LIBRARY Httplib_INCLUDE_DIR
+    REASON_FAILURE_MESSAGE "It is in the Debian package libcpp-httplib-dev.")
+
+if(Httplib_FOUND AND NOT TARGET httplib::httplib)
+    find_package(OpenSSL REQUIRED)
+    add_library(httplib::httplib UNKNOWN IMPORTED)
+    set_target_properties(httplib::httplib PROPERTIES
+        IMPORTED_LOCATION ${Httplib_LIBRARY}
+        INTERFACE_INCLUDE_DIRECTORIES ${Httplib_INCLUDE_DIR}
+        INTERFACE_COMPILE_DEFINITIONS
+            "CPPHTTPLIB_OPENSSL_SUPPORT;CPPHTTPLIB_ZLIB_SUPPORT;CPPHTTPLIB_BROTLI_SUPPORT"
+        INTERFACE_LINK_LIBRARIES "OpenSSL::SSL;OpenSSL::Crypto;Threads::Threads")
+endif()
+mark_as_advanced(Httplib_INCLUDE_DIR Httplib_LIBRARY)
