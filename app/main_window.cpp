@@ -6,6 +6,7 @@
 #include "app/globals/model.h"
 #include "app/globals/trace.h"
 #include "app/picture_file.h"
+#include "cloud/get_sw_version_api.h"
 #include "content/capture_screen.h"
 #include "content/edit_main_window.h"
 #include "content/print_preview_window.h"
@@ -214,7 +215,14 @@ void MainWindow::onBtnFontClicked()
     editWindow->chooseFont();
 }
 
-void MainWindow::onMenuUpdateClicked() {}
+void MainWindow::onMenuUpdateClicked()
+{
+    auto* check = new GetSWVersionApi(this);
+    check->checkVersion([window = QPointer<MainWindow>(this)](const GetSWVersionModel& newest) {
+        if (window && newest.mustUpdate)
+            window->close();
+    });
+}
 
 void MainWindow::onMenuAboutClicked()
 {

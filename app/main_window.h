@@ -70,7 +70,8 @@ public slots:
     void onAnalysisSuccess(unsigned char pkgTag, QString text);
 
     void onBtnFontClicked();
-    /// Will ask the service for a newer version, at every start as well.
+    /// Asks the service for a newer version, at every start as well. The answer opens a window of its own, and closes
+    /// this one when the service will not have the old version used any longer.
     void onMenuUpdateClicked();
     void onMenuAboutClicked();
 

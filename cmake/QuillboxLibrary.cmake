@@ -81,7 +81,7 @@ function(quillbox_add_program name)
     target_link_libraries(${name} PRIVATE ${targets} quillbox_build_flags)
 endfunction()
 
-# quillbox_add_test(<name> SOURCES <files…> USES <modules…> LABEL unit|ui|usb [TIMEOUT <seconds>] [ON_DISPLAY]
+# quillbox_add_test(<name> SOURCES <files…> USES <modules…> LABEL unit|ui|network|usb [TIMEOUT <seconds>] [ON_DISPLAY]
 #                   [UNDER <program>])
 # ON_DISPLAY is for tests that need a real X server and a window manager; the others run on the offscreen platform.
 # UNDER names a program that starts the test.
@@ -120,9 +120,9 @@ endfunction()
 function(quillbox_test_environment name label)
     set(suppressions ${PROJECT_SOURCE_DIR}/tests/suppressions)
     set(thread_options "suppressions=${suppressions}/tsan.txt:halt_on_error=1")
-    if(label STREQUAL "ui")
-        # Threads post events into the queue of the window's thread, which Qt moves by memmove() under a lock that the
-        # sanitizer does not see. What our own code reads and writes is still watched.
+    if(label MATCHES "^(ui|network)$")
+        # Threads, Qt's own of the network among them, post events into the queue of the window's thread, which Qt moves
+        # by memmove() under a lock that the sanitizer does not see. What our own code reads and writes is still watched.
         string(APPEND thread_options ":ignore_interceptors_accesses=1")
     endif()
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "\

@@ -6,6 +6,7 @@
 #include "demo/paper_window.h"
 #include "demo/print_sample.h"
 #include "demo/sample_page.h"
+#include "demo/update_offer.h"
 #include "simulator/simulated_port.h"
 
 #include <QApplication>
@@ -87,6 +88,7 @@ int runWindows(const Options& options)
     startUp(settings);
     simulatedPrinter().reset(options.model);
 
+    const UpdateOffer offer; // before the main window, which asks for it
     PaperWindow paper(simulatedPrinter());
     QObject::connect(&paper, &PaperWindow::languageAsked, &paper, [] {
         auto* languages = new LanguageWindow; // shows the model of the moment it is made

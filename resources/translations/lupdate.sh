@@ -6,7 +6,7 @@ update_translations() {
     # Without lupdate's guesses, which are right sometimes and have to be read each time.
     local guesses=(-disable-heuristic sametext -disable-heuristic similartext -disable-heuristic number)
     (cd "$tree" && lupdate -silent -no-obsolete -locations none -source-language zh_CN "${guesses[@]}" -I . \
-        app content device demo -ts "$folder/quillbox_zh_CN.ts" "$folder/quillbox_en_WW.ts")
+        app cloud content device demo update -ts "$folder/quillbox_zh_CN.ts" "$folder/quillbox_en_WW.ts")
     # A source text becomes its own translation; the inner group keeps the match within one message.
     local source='<source>((?:(?!</source>).)*)</source>' between='(?:(?!</message>).)*?'
     perl -0pi -e "s{$source($between)<translation type=\"unfinished\"></translation>}

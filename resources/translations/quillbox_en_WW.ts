@@ -21,6 +21,13 @@
     </message>
 </context>
 <context>
+    <name>BaseApi</name>
+    <message>
+        <source>请检查网络链接是否正常</source>
+        <translation>Please check that the network connection works</translation>
+    </message>
+</context>
+<context>
     <name>CaptureScreen</name>
     <message>
         <source>save image</source>
@@ -529,6 +536,60 @@ Write something in the editor and press Print; it comes out here.</translation>
     <message>
         <source>加载中，请稍后...</source>
         <translation>Loading...</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeAppWindow</name>
+    <message>
+        <source>版本升级</source>
+        <translation>Update</translation>
+    </message>
+    <message>
+        <source>以后再说</source>
+        <translation>Later</translation>
+    </message>
+    <message>
+        <source>立即更新</source>
+        <translation>Update Now</translation>
+    </message>
+    <message>
+        <source>更新版本:</source>
+        <translation>New version: </translation>
+    </message>
+    <message>
+        <source>save file</source>
+        <translation>Save File</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeDialog</name>
+    <message>
+        <source>羽毛盒版本升级</source>
+        <translation>Quillbox Update</translation>
+    </message>
+    <message>
+        <source>下载中，请稍后</source>
+        <translation>Downloading, please wait</translation>
+    </message>
+    <message>
+        <source>重新下载</source>
+        <translation>Restart</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>参数错误</source>
+        <translation>Parameter error</translation>
+    </message>
+    <message>
+        <source>%1/秒</source>
+        <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>下载完成，是否打开文件?</source>
+        <translation>Download finished. Open it?</translation>
     </message>
 </context>
 <context>

@@ -21,6 +21,13 @@
     </message>
 </context>
 <context>
+    <name>BaseApi</name>
+    <message>
+        <source>请检查网络链接是否正常</source>
+        <translation>请检查网络链接是否正常</translation>
+    </message>
+</context>
+<context>
     <name>CaptureScreen</name>
     <message>
         <source>save image</source>
@@ -529,6 +536,60 @@
     <message>
         <source>加载中，请稍后...</source>
         <translation>加载中，请稍后...</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeAppWindow</name>
+    <message>
+        <source>版本升级</source>
+        <translation>版本升级</translation>
+    </message>
+    <message>
+        <source>以后再说</source>
+        <translation>以后再说</translation>
+    </message>
+    <message>
+        <source>立即更新</source>
+        <translation>立即更新</translation>
+    </message>
+    <message>
+        <source>更新版本:</source>
+        <translation>更新版本:</translation>
+    </message>
+    <message>
+        <source>save file</source>
+        <translation>保存文件</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeDialog</name>
+    <message>
+        <source>羽毛盒版本升级</source>
+        <translation>羽毛盒版本升级</translation>
+    </message>
+    <message>
+        <source>下载中，请稍后</source>
+        <translation>下载中，请稍后</translation>
+    </message>
+    <message>
+        <source>重新下载</source>
+        <translation>重新下载</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>参数错误</source>
+        <translation>参数错误</translation>
+    </message>
+    <message>
+        <source>%1/秒</source>
+        <translation>%1/秒</translation>
+    </message>
+    <message>
+        <source>下载完成，是否打开文件?</source>
+        <translation>下载完成，是否打开文件?</translation>
     </message>
 </context>
 <context>

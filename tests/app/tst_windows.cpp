@@ -8,11 +8,14 @@
 #include "content/edit_main_window.h"
 #include "demo/paper_window.h"
 #include "demo/sample_page.h"
+#include "update/upgrade_app_window.h"
+#include "update/upgrade_dialog.h"
 
 #include <QAbstractButton>
 #include <QDir>
 #include <QLabel>
 #include <QPainter>
+#include <QScrollArea>
 #include <QTranslator>
 
 #include <functional>
@@ -41,6 +44,7 @@ namespace {
 
 Window mainWindow()
 {
+    serviceAddress() = kNoService;
     auto window = std::make_unique<MainWindow>();
     window->show();
     composeSamplePage(*window->page());
@@ -59,6 +63,32 @@ Window messageDialog()
 {
     auto dialog = std::make_unique<QXMessageDialog>();
     dialog->setMessage(-1, QStringLiteral("network error"));
+    return dialog;
+}
+
+Window openQuestion()
+{
+    auto dialog = std::make_unique<QXMessageDialog>();
+    dialog->setText(QCoreApplication::translate("UpgradeDialog", "下载完成，是否打开文件?"));
+    return dialog;
+}
+
+Window updateOffer()
+{
+    GetSWVersionModel model;
+    model.versionName = "V12.10.3";
+    model.remark =
+        QString::fromUtf8("修正了换纸后首行偏淡的问题\nShows a preview of the whole page before it prints\n")
+            .repeated(4);
+    auto window = std::make_unique<UpgradeAppWindow>();
+    window->setModel(model);
+    return window;
+}
+
+Window download()
+{
+    auto dialog = std::make_unique<UpgradeDialog>();
+    dialog->onDownloadProcess(1000 << 20, qint64(1023) << 20);
     return dialog;
 }
 
@@ -82,7 +112,8 @@ QStringList misfits(const QWidget& window)
         const bool fits = wraps ? label->heightForWidth(label->width()) <= label->height()
                                 : widget->sizeHint().width() <= widget->width();
         const QRect place(widget->mapTo(&window, QPoint()), widget->size());
-        if (!fits || !window.rect().contains(place))
+        const bool scrolls = qobject_cast<const QScrollArea*>(widget->parentWidget()->parentWidget());
+        if (!fits || !(scrolls || window.rect().contains(place)))
             result += QStringLiteral("%1 \"%2\" needs %3 of %4")
                           .arg(widget->objectName(), text)
                           .arg(widget->sizeHint().width())
@@ -115,6 +146,9 @@ void WindowsTest::textsFit_data()
         {"main", mainWindow},
         {"busy", busyDialog},
         {"message", messageDialog},
+        {"open_question", openQuestion},
+        {"update_offer", updateOffer},
+        {"download", download},
         {"about", plain<AboutQuillboxDialog>},
         {"language", plain<LanguageWindow>},
         {"welcome", plain<WelcomeWindow>},

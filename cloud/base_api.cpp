@@ -1,0 +1,203 @@
+#include "cloud/base_api.h"
+
+#include "app/dialogs/progress_cat_running_dialog.h"
+#include "app/dialogs/qx_message_dialog.h"
+#include "app/globals/settings.h"
+#include "cloud/client_identity.h"
+#include "cloud/reply_envelope.h"
+#include "cloud/request_log.h"
+#include "cloud/request_signature.h"
+#include "cloud/service_address.h"
+#include "cloud/text_cipher.h"
+
+#include <QDateTime>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSettings>
+#include <QSysInfo>
+#include <QUrl>
+#include <QtDebug>
+
+namespace {
+
+constexpr int kSilenceLimitMs = 15000;
+constexpr int kNoConnection = -1;
+
+/// Reads the bytes up to the first zero as one character each.
+QString latin1Text(const QByteArray& bytes)
+{
+    return QString::fromLatin1(bytes.constData());
+}
+
+/// 304 and 306 lead nowhere.
+bool isRedirect(int httpStatus)
+{
+    switch (httpStatus) {
+    case 301:
+    case 302:
+    case 303:
+    case 305:
+    case 307:
+    case 308:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+BaseApi::BaseApi(QObject* parent)
+    : QObject(parent)
+    , m_manager(std::make_unique<QNetworkAccessManager>())
+    , m_userId(QSettings(kOrganization, kApplication).value(QStringLiteral("userId"), 0).toInt())
+{
+    setConstantHeaders();
+    m_request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    setSilenceLimitMs(kSilenceLimitMs);
+    connect(m_manager.get(), &QNetworkAccessManager::finished, this, &BaseApi::onRequestFinished);
+}
+
+BaseApi::~BaseApi()
+{
+    disconnect(m_manager.get(), nullptr, this, nullptr);
+    closeBusy();
+}
+
+void BaseApi::setConstantHeaders()
+{
+    // Named by us, compression is no longer undone by Qt: such a reply does not parse.
+    m_request.setRawHeader("Accept-Encoding", "gzip, deflate");
+    m_request.setRawHeader("Connection", "keep-alive");
+    m_request.setRawHeader("Accept", "**/*//*"); // no media range; the service has always got it so
+    m_request.setRawHeader("Content-Type", "application/x-www-form-urlencoded");
+    m_request.setRawHeader("User-Agent", kClientIdentity.toLatin1());
+    m_request.setRawHeader("VERSION_CODE", QByteArray::number(kClientVersionCode));
+    m_request.setRawHeader("SysVersion", QSysInfo::prettyProductName().toLocal8Bit());
+    m_request.setRawHeader("UUID", g_uuid.toLocal8Bit());
+}
+
+void BaseApi::setShowProgress(bool show)
+{
+    m_showProgress = show;
+}
+
+void BaseApi::setSilenceLimitMs(int ms)
+{
+    m_request.setTransferTimeout(ms);
+}
+
+void BaseApi::sendRequest(const QString& apiName, const QJsonObject& parameters)
+{
+    sendRequest(apiName, QJsonDocument(parameters));
+}
+
+void BaseApi::sendRequest(const QString& apiName, const QJsonArray& parameters)
+{
+    sendRequest(apiName, QJsonDocument(parameters));
+}
+
+void BaseApi::sendRequest(const QString& apiName, const QJsonDocument& parameters)
+{
+    // Its UTF-8 bytes count as characters, so what is not ASCII goes out encoded twice, and the service expects it
+    // so.
+    const QString parameterText = latin1Text(parameters.toJson());
+    logRequestText(parameterText);
+    const QString cipher = encryptTextUrlSafe(parameterText);
+    logRequestText(cipher);
+    const QJsonObject wrapper{{QStringLiteral("parameter"), cipher}};
+    const QString message = QString::fromUtf8(QJsonDocument(wrapper).toJson());
+    const QString timestamp = QString::number(QDateTime::currentSecsSinceEpoch());
+    logRequestText(timestamp);
+    const QString userId = QString::number(m_userId);
+
+    m_request.setRawHeader("ts", timestamp.toLatin1());
+    m_request.setRawHeader("userId", userId.toLatin1());
+    m_request.setRawHeader("sign", requestSignature(userId, message, timestamp).toLatin1());
+    // Not percent-encoded, although it is a form: the service reads the text as it stands.
+    doPost(apiName, QByteArray("msg=") + message.toUtf8());
+}
+
+void BaseApi::doPost(const QString& apiName, const QByteArray& body)
+{
+    qDebug() << "doPost";
+    m_method = Post;
+    m_request.setUrl(QUrl(serviceAddress() + apiName));
+    start(m_manager->post(m_request, body));
+    if (m_showProgress)
+        showBusy();
+}
+
+void BaseApi::doGet(const QString& apiName)
+{
+    qDebug() << "doGet";
+    m_method = Get;
+    m_request.setUrl(QUrl(serviceAddress() + apiName));
+    start(m_manager->get(m_request));
+}
+
+void BaseApi::start(QNetworkReply* reply)
+{
+    connect(reply, &QNetworkReply::readyRead, reply, [reply] {
+        if (reply->bytesAvailable() > kLongestReplyBytes)
+            reply->abort();
+    });
+}
+
+void BaseApi::showBusy()
+{
+    closeBusy();
+    m_progressDialog = new ProgressCatRunningDialog;
+    m_progressDialog->show();
+}
+
+void BaseApi::closeBusy()
+{
+    if (m_progressDialog)
+        m_progressDialog->close();
+}
+
+void BaseApi::onArray(int httpStatus, const QJsonArray& content)
+{
+    Q_UNUSED(httpStatus)
+    Q_UNUSED(content)
+}
+
+void BaseApi::onSuccess(int httpStatus, const QJsonObject& content)
+{
+    Q_UNUSED(httpStatus)
+    Q_UNUSED(content)
+}
+
+void BaseApi::onFailed(int httpStatus, const QString& message)
+{
+    auto* dialog = new QXMessageDialog;
+    dialog->setMessage(httpStatus, message);
+    dialog->show();
+}
+
+void BaseApi::onRequestFinished(QNetworkReply* reply)
+{
+    if (m_showProgress)
+        closeBusy();
+    qDebug() << "=================== start ====================== onRequestFinished" << reply->url();
+    const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    const int httpStatus = status.isValid() ? status.toInt() : kNoConnection;
+    const QString text = status.isValid() ? latin1Text(reply->readAll()) : tr("请检查网络链接是否正常");
+    if (reply->error() != QNetworkReply::NoError)
+        onFailed(httpStatus, text);
+    else
+        handleText(httpStatus, isRedirect(httpStatus) ? QStringLiteral("isHttpRedirect") : text);
+    qDebug() << "====================  end  ===================== onRequestFinished";
+    reply->deleteLater();
+}
+
+void BaseApi::handleText(int httpStatus, const QString& text)
+{
+    logRequestText(text);
+    const ReplyEnvelope envelope = readEnvelope(text);
+    if (envelope.outcome == ReplyEnvelope::Outcome::Success)
+        onSuccess(httpStatus, envelope.content);
+    else if (envelope.outcome == ReplyEnvelope::Outcome::Failure)
+        onFailed(httpStatus, envelope.text);
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkRequest>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <memory>
+
+class ProgressCatRunningDialog;
+class QNetworkAccessManager;
+class QNetworkReply;
+
+/// One call to the cloud service: enciphers and signs its parameters, posts them, and hands the reply to one of its
+/// handlers, or to none. A busy dialog shows meanwhile. GUI thread; nothing blocks.
+///
+/// Both handlers get the HTTP status, never the service's own code. Each object carries one call at a time and stays
+/// until its owner deletes it, which gives up a call that is still on its way; within a handler that takes
+/// deleteLater().
+class BaseApi : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A reply that would be longer is given up, as a network error.
+    static constexpr qint64 kLongestReplyBytes = 64 * 1024 * 1024;
+
+    explicit BaseApi(QObject* parent = nullptr);
+    ~BaseApi() override;
+
+    /// @param apiName  name of the call, appended to the service's address
+    void sendRequest(const QString& apiName, const QJsonDocument& parameters);
+    void sendRequest(const QString& apiName, const QJsonObject& parameters);
+    void sendRequest(const QString& apiName, const QJsonArray& parameters);
+    /// @param body  of the form, sent as it is
+    void doPost(const QString& apiName, const QByteArray& body);
+    void doGet(const QString& apiName);
+
+    void setShowProgress(bool show); ///< whether doPost() shows the busy dialog; it does unless told otherwise
+    /// How long the service may say nothing before the call fails as without a connection.
+    void setSilenceLimitMs(int ms);
+
+protected:
+    /// Reserved for replies whose content is an array, which are dropped today: nothing calls it.
+    virtual void onArray(int httpStatus, const QJsonArray& content);
+    virtual void onSuccess(int httpStatus, const QJsonObject& content);
+    /// Shows code and message in a dialog of its own.
+    /// @param httpStatus  -1: there was no connection
+    virtual void onFailed(int httpStatus, const QString& message);
+
+private slots:
+    void onRequestFinished(QNetworkReply* reply);
+
+private:
+    enum Method { Get, Post };
+
+    void setConstantHeaders();
+    void start(QNetworkReply* reply);
+    void showBusy();
+    void closeBusy();
+    void handleText(int httpStatus, const QString& text);
+
+    QPointer<ProgressCatRunningDialog> m_progressDialog; ///< null until doPost(); closed, not deleted
+    bool m_showProgress = true;
+    QNetworkRequest m_request;
+    std::unique_ptr<QNetworkAccessManager> m_manager;
+    int m_userId = 0;      ///< of the settings store; 0: nobody has logged in
+    Method m_method = Get; ///< of the last call, for the debugger
+};

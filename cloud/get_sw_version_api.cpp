@@ -1,0 +1,35 @@
+#include "cloud/get_sw_version_api.h"
+
+#include "cloud/client_identity.h"
+#include "update/upgrade_app_window.h"
+
+void GetSWVersionApi::checkVersion(const Callback& callback)
+{
+    m_callback = callback;
+    const QJsonObject parameters{
+        {QStringLiteral("swType"), kClientIdentity},
+        {QStringLiteral("isFullPath"), true},
+        {QStringLiteral("version"), kClientVersionCode},
+    };
+    sendRequest(QStringLiteral("GetSWVerssion"), parameters); // the service's own spelling
+}
+
+void GetSWVersionApi::onSuccess(int httpStatus, const QJsonObject& content)
+{
+    Q_UNUSED(httpStatus)
+    GetSWVersionModel model;
+    model.parse(content);
+    if (model.versionCode.toInt() > kClientVersionCode) {
+        auto* window = new UpgradeAppWindow;
+        window->setModel(model);
+        window->show();
+    }
+    if (m_callback)
+        m_callback(model);
+}
+
+void GetSWVersionApi::onFailed(int httpStatus, const QString& message)
+{
+    Q_UNUSED(httpStatus)
+    Q_UNUSED(message)
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+/// What a reply's body says.
+struct ReplyEnvelope
+{
+    enum class Outcome {
+        Success,   ///< `content` is the payload
+        Failure,   ///< `text` says why
+        NoContent, ///< success without an object as content, which nobody is told of
+        NoCode     ///< nothing that could be told
+    };
+
+    Outcome outcome = Outcome::NoCode;
+    QString text;
+    QJsonObject content;
+};
+
+/// Reads the body of a reply as the service wraps it. An inner envelope that is no JSON counts as an empty one. Any
+/// thread.
+/// @param text  the body, each byte a character
+ReplyEnvelope readEnvelope(const QString& text);

@@ -1,0 +1,14 @@
+#include "cloud/request_log.h"
+
+#include <QtDebug>
+
+namespace {
+constexpr int kLoggedCharacters = 16 * 1024;
+} // namespace
+
+void logRequestText(const QString& text)
+{
+    qDebug().noquote() << text.left(kLoggedCharacters);
+    if (text.size() > kLoggedCharacters)
+        qDebug() << "... of" << text.size() << "characters";
+}

@@ -1,0 +1,172 @@
+#include "simulator/cloud/simulated_service.h"
+#include "update/download_manager.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using Length = InstallerFile::Length;
+Q_DECLARE_METATYPE(InstallerFile)
+
+namespace {
+
+constexpr int kError = -1;
+const QByteArray kOld = "what was there before";
+
+/// A manager and what it says: the statuses, and kError for each error.
+struct Download : DownloadManager
+{
+    QSignalSpy progress{this, &DownloadManager::signalDownloadProcess};
+    QList<int> said;
+
+    Download()
+    {
+        connect(this, &DownloadManager::signalReplyFinished, [this](int status) { said += status; });
+        connect(this, &DownloadManager::signalDownloadError, [this] { said += kError; });
+    }
+
+    QList<int> run(const QString& url, const QString& file)
+    {
+        said.clear();
+        downloadFile(url, file);
+        [[maybe_unused]] const bool ended = QTest::qWaitFor([this] { return !said.isEmpty(); });
+        QCoreApplication::processEvents(); // for what may come twice
+        return said;
+    }
+};
+
+QByteArray read(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString& name, const QByteArray& bytes)
+{
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
+/// Files of this process may not grow beyond so many bytes, as on a full disk.
+void limitFiles(rlim_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN); // so that write() fails
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = std::min(bytes, limit.rlim_max);
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+} // namespace
+
+class DownloadManagerTest : public QObject
+{
+    Q_OBJECT
+
+    SimulatedService m_service;
+    const QString m_url = m_service.installerPath();
+
+private slots:
+    void transfers_data()
+    {
+        QTest::addColumn<InstallerFile>("installer");
+        QTest::addColumn<int>("room"); // on the disk
+        QTest::addColumn<int>("outcome");
+        QTest::addColumn<int>("size"); // of what is in place then; 0: the file that was there before
+        constexpr int kRoom = 1000000;
+        QTest::newRow("nothing") << InstallerFile{0} << kRoom << 200 << 0;
+        QTest::newRow("told") << InstallerFile{300000} << kRoom << 200 << 300000;
+        QTest::newRow("chunked") << InstallerFile{300000, Length::Chunked} << kRoom << 200 << 300000;
+        QTest::newRow("untold") << InstallerFile{300000, Length::Untold} << kRoom << 200 << 300000;
+        QTest::newRow("redirected") << InstallerFile{1, Length::Told, 200, 3} << kRoom << 200 << 1;
+        QTest::newRow("slow") << InstallerFile{30000, Length::Chunked, 200, 0, 60000} << kRoom << 200 << 30000;
+        QTest::newRow("206") << InstallerFile{300000, Length::Told, 206} << kRoom << 206 << 300000;
+        QTest::newRow("404") << InstallerFile{300000, Length::Told, 404} << kRoom << kError << 0;
+        QTest::newRow("cut") << InstallerFile{300000, Length::Told, 200, 0, 0, 100000} << kRoom << kError << 0;
+        QTest::newRow("cut unseen") << InstallerFile{300000, Length::Untold, 200, 0, 0, 100} << kRoom << 200 << 100;
+        QTest::newRow("full disk") << InstallerFile{1000} << 0 << kError << 0;
+        QTest::newRow("disk gets full") << InstallerFile{300000, Length::Chunked} << 100001 << kError << 0;
+    }
+
+    void transfers()
+    {
+        QFETCH(InstallerFile, installer);
+        QFETCH(int, room);
+        QFETCH(int, outcome);
+        QFETCH(int, size);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("安装_tmp 包.exe");
+        write(file, kOld);
+        write(file + "_tmp", "left over from an earlier run");
+        m_service.setInstaller(installer);
+        Download download;
+        limitFiles(rlim_t(room));
+        const QList<int> said = download.run(m_url, file);
+        limitFiles(RLIM_INFINITY);
+        QCOMPARE(said, QList<int>{outcome});
+        QCOMPARE(read(file), size > 0 ? installerBytes(0, size) : kOld);
+        QVERIFY(!QFile::exists(file + "_tmp"));
+        QVERIFY(m_service.installerHeader("range").isNull());
+        if (size > 0)
+            QCOMPARE(download.progress.last(), (QVariantList{size, size}));
+        if (installer.bytesPerSecond > 0)
+            QCOMPARE(download.progress.first()[1].toInt(), -1);
+    }
+
+    void targetsThatCannotBe()
+    {
+        const QTemporaryDir folder;
+        write(folder.filePath("kept"), kOld);
+        m_service.setInstaller({30000, Length::Told, 200, 0, 60000});
+        QCOMPARE(Download().run(m_url, folder.path()), QList<int>{200});
+        QCOMPARE(read(folder.filePath("kept")), kOld);
+        QVERIFY(QFile::remove(folder.path() + "_tmp")); // the new file is not lost either
+        Download download;
+        connect(&download, &DownloadManager::signalDownloadProcess, this,
+                [&] { QDir(folder.path()).removeRecursively(); });
+        QCOMPARE(download.run(m_url, folder.filePath("a.exe")), QList<int>{200});
+        QVERIFY(!QFile::exists(folder.path()));
+        for (const char* url : {"", "nonsense", "http://127.0.0.1:1/x"})
+            QCOMPARE(download.run(url, folder.filePath("a.exe")), QList<int>{kError});
+    }
+
+    void stopsAndStartsAnew()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("a.exe");
+        Download download;
+        download.reset(); // and the rest of what may come while nothing runs
+        download.onReadyRead();
+        download.onDownloadProgress(1, 2);
+        download.onFinished();
+        download.onError(QNetworkReply::UnknownNetworkError);
+        QVERIFY(download.progress.isEmpty());
+        download.said.clear();
+        m_service.setInstaller({300000, Length::Told, 200, 0, 0, -1, 100000});
+        for (const bool supportRange : {true, false}) {
+            download.setSupportRange(supportRange);
+            download.downloadFile(m_url, file);
+            QTRY_COMPARE(QFileInfo(file + "_tmp").size(), 100000);
+            QCOMPARE(m_service.installerHeader("range"), QByteArray(supportRange ? "bytes=0-" : ""));
+            download.downloadFile(m_url + "?ignored", file);
+            QCOMPARE(download.getDownloadUrl(), m_url);
+            supportRange ? download.stopWork() : download.reset();
+            QCOMPARE(QFile::exists(file + "_tmp"), supportRange);
+            QVERIFY(download.said.isEmpty());
+        }
+        m_service.setInstaller({300000});
+        for (int i = 0; i < 2; ++i)
+            QCOMPARE(download.run(m_url, file), QList<int>{200});
+        QCOMPARE(download.findChildren<QNetworkReply*>().size(), 1); // the one before has been let go
+        m_service.setInstaller({300000, Length::Told, 304});         // of which Qt reads no body, and finds no fault
+        QCOMPARE(download.run(m_url, file), QList<int>{kError});
+        QCOMPARE(read(file), installerBytes(0, 300000));
+    }
+};
+
+QTEST_GUILESS_MAIN(DownloadManagerTest)
+#include "tst_download_manager.moc"

@@ -1,0 +1,267 @@
+#include "app/dialogs/qx_message_dialog.h"
+#include "simulator/cloud/simulated_service.h"
+#include "update/upgrade_app_window.h"
+#include "update/upgrade_dialog.h"
+
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+
+using Length = InstallerFile::Length;
+
+namespace {
+
+constexpr qint64 kGiB = 1024 * 1024 * 1024;
+
+/// The visible window of a class, or null.
+template <class Window>
+Window* shown()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* window = qobject_cast<Window*>(widget);
+        if (window && window->isVisible())
+            return window;
+    }
+    return nullptr;
+}
+
+QString text(const QWidget* window, const char* label)
+{
+    return window ? window->findChild<QLabel*>(label)->text() : QString();
+}
+
+void click(QWidget* window, const char* button)
+{
+    QTest::mouseClick(window->findChild<QPushButton*>(button), Qt::LeftButton);
+}
+
+} // namespace
+
+class UpgradeWindowsTest : public QObject
+{
+    Q_OBJECT
+
+    SimulatedService m_service;
+    QTemporaryDir m_home;
+    const QString m_file = m_home.filePath("Downloads/QuillboxSetup107.exe");
+    GetSWVersionModel m_model;
+    QStringList m_opened;
+
+    /// Presses "update now"; answers the question for a file, and returns what it proposed.
+    static QString update(UpgradeAppWindow& window, Qt::Key answer)
+    {
+        QString proposed;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &window, [&] {
+            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+                timer.stop();
+                proposed = dialog->windowTitle() + " " + dialog->selectedFiles().value(0);
+                QTest::keyClick(dialog->findChild<QLineEdit*>(), answer);
+            }
+        });
+        timer.start(20);
+        click(&window, "buttonUpdate");
+        return proposed;
+    }
+
+public slots:
+    void open(const QUrl& url) { m_opened << url.toString(); }
+
+private slots:
+    void initTestCase()
+    {
+        qputenv("HOME", m_home.path().toLocal8Bit());
+        QVERIFY(QDir(m_home.path()).mkdir("Downloads"));
+        QDesktopServices::setUrlHandler("file", this, "open");
+        m_model.swCategory = "QuillboxSetup";
+        m_model.versionCode = "107";
+        m_model.swPath = m_service.installerPath();
+    }
+
+    void cleanup()
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<QDialog*>(widget))
+                delete widget; // nobody else does
+        }
+    }
+
+    void offersDownloadsAndOpens()
+    {
+        m_service.setInstaller({300000});
+        UpgradeAppWindow window;
+        window.setModel(m_model);
+        window.show();
+        QCOMPARE(update(window, Qt::Key_Escape), "save file " + m_file);
+        QVERIFY(window.isVisible() && !shown<UpgradeDialog>());
+
+        // The program ends with its last window, which none of these is but the question.
+        QSignalSpy lastClosed(qApp, &QGuiApplication::lastWindowClosed);
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            auto* question = shown<QXMessageDialog>();
+            if (question && !shown<UpgradeDialog>() && !window.isVisible() && m_opened.isEmpty() &&
+                (question->windowFlags() & Qt::WindowStaysOnTopHint) &&
+                text(question, "label") == QStringLiteral("下载完成，是否打开文件?"))
+                question->accept();
+        });
+        timer.start(20);
+        QTimer::singleShot(0, this, [&window] { update(window, Qt::Key_Return); });
+        QTimer::singleShot(10000, &window, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(lastClosed.size(), 1);
+        QCOMPARE(m_opened, QStringList("file://" + m_file));
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), installerBytes(0, 300000));
+        QVERIFY(file.remove());
+    }
+
+    void holdsEveryText()
+    {
+        GetSWVersionModel model = m_model;
+        for (const QString& notes : {QString("notes ").repeated(20000), QString(100000, 'W'), QString("<b>1.</b>")}) {
+            model.remark = model.versionName = notes;
+            UpgradeAppWindow window;
+            window.setModel(model);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            const auto* version = window.findChild<QLabel*>("labelVersion");
+            const auto* label = window.findChild<QLabel*>("labelNotes");
+            QVERIFY(version->textFormat() == Qt::PlainText && label->textFormat() == Qt::PlainText);
+            QVERIFY(version->text().startsWith("更新版本:" + notes.left(9)) &&
+                    label->text().startsWith(notes.left(9)));
+            QCOMPARE(version->width(), version->sizeHint().width());
+            QCOMPARE(label->width(), window.findChild<QScrollArea*>()->viewport()->width());
+            QVERIFY(label->height() >= label->heightForWidth(label->width()));
+            QTest::keyClick(&window, Qt::Key_Escape);
+            QVERIFY(!window.isVisible());
+        }
+    }
+
+    void progress_data()
+    {
+        QTest::addColumn<qint64>("received");
+        QTest::addColumn<qint64>("total");
+        QTest::addColumn<QString>("shown"); // the bar, and the text
+        QTest::newRow("empty") << 0LL << 0LL << "0/0 0%   0 B / 0 B";
+        QTest::newRow("not known") << 1536LL << -1LL << "-1/0 1.5 kB";
+        QTest::newRow("rounded down") << 999LL << 1000LL << "999/1000 99%   999 B / 1000 B";
+        QTest::newRow("too much") << 12LL << 10LL << "10/10 100%   12 B / 10 B";
+        QTest::newRow("most") << 2LL << 2 * kGiB - 1 << "2/2147483647 0%   2 B / 2.0 GB";
+        QTest::newRow("scaled") << 3 * kGiB << 5 * kGiB << "805306368/1342177280 60%   3.0 GB / 5.0 GB";
+    }
+
+    void progress()
+    {
+        QFETCH(qint64, received);
+        QFETCH(qint64, total);
+        UpgradeDialog dialog;
+        dialog.onDownloadProcess(received, total);
+        const auto* bar = dialog.findChild<QProgressBar*>();
+        QTEST(QString("%1/%2 %3").arg(bar->value()).arg(bar->maximum()).arg(text(&dialog, "labelBytes")), "shown");
+    }
+
+    void rate()
+    {
+        TransferRate rate;
+        QCOMPARE(rate.bytesPerSecond(5), 0);
+        rate.add(1000, 0);
+        rate.add(1500, 600);
+        QCOMPARE(rate.bytesPerSecond(2000), 600);
+        rate.add(4000, 1200);
+        QCOMPARE(rate.bytesPerSecond(4000), 400);
+        QCOMPARE(rate.bytesPerSecond(4500), 200); // 600 within three seconds
+        QCOMPARE(rate.bytesPerSecond(7000), 0);
+        rate.add(9000, 300); // a new transfer
+        rate.add(9100, 400);
+        QCOMPARE(rate.bytesPerSecond(9100), 1000);
+        rate.add(20000, 3400);
+        QCOMPARE(rate.bytesPerSecond(20000), 1000); // after a long pause
+    }
+
+    void wrongArguments()
+    {
+        for (const auto& [url, file] : {std::pair("", "x"), std::pair("x", "")}) {
+            UpgradeDialog dialog;
+            dialog.startDownload(url, file);
+            for (int i = 0; i < 2; ++i) {
+                QCOMPARE(text(shown<QXMessageDialog>(), "label"), QString("参数错误"));
+                shown<QXMessageDialog>()->close();
+                click(&dialog, "buttonRestart");
+            }
+        }
+    }
+
+    void failsAndStartsAnew()
+    {
+        UpgradeDialog dialog;
+        const auto* bar = dialog.findChild<QProgressBar*>();
+        m_service.setInstaller({60000, Length::Told, 200, 0, 60000, 30000});
+        dialog.startDownload(m_service.installerPath(), m_file);
+        dialog.show();
+        QTRY_VERIFY(!text(&dialog, "labelRate").startsWith("0 B"));
+        QTRY_COMPARE(text(&dialog, "labelRate"), QString("0 B/秒"));
+        QVERIFY(dialog.isVisible() && bar->value() > 0 && !QFile::exists(m_file + "_tmp"));
+        m_service.setInstaller({70000, Length::Told, 206});
+        click(&dialog, "buttonRestart");
+        QTRY_COMPARE(QFileInfo(m_file).size(), 70000);
+        QVERIFY(dialog.isVisible() && !shown<QXMessageDialog>());
+        m_service.setInstaller({80000});
+        click(&dialog, "buttonRestart");
+        QTRY_VERIFY(shown<QXMessageDialog>());
+        QVERIFY(!dialog.isVisible() && QFile::remove(m_file));
+        shown<QXMessageDialog>()->close();
+        dialog.startDownload(m_service.installerPath(), m_home.filePath("Downloads")); // which nothing can replace
+        dialog.show();
+        QTRY_VERIFY(shown<QXMessageDialog>());
+        QCOMPARE(QFileInfo(m_home.filePath("Downloads_tmp")).size(), 80000);
+    }
+
+    void isGivenUp()
+    {
+        m_service.setInstaller({300000, Length::Told, 200, 0, 0, -1, 100000});
+        using Close = std::function<void(UpgradeDialog*)>;
+        const QVector<Close> ways = {[](auto* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); },
+                                     [](auto* dialog) { click(dialog, "buttonCancel"); },
+                                     [](auto* dialog) { dialog->close(); },
+                                     [](auto* dialog) {
+                                         delete dialog;
+                                     }};
+        for (const Close& close : ways) {
+            auto* dialog = new UpgradeDialog;
+            dialog->startDownload(m_service.installerPath(), m_file);
+            dialog->show();
+            QTRY_COMPARE(QFileInfo(m_file + "_tmp").size(), 100000);
+            close(dialog);
+            QVERIFY(!shown<UpgradeDialog>() && !shown<QXMessageDialog>());
+            QVERIFY(!QFile::exists(m_file + "_tmp") && !QFile::exists(m_file));
+        }
+    }
+
+    void languageChange()
+    {
+        UpgradeAppWindow window;
+        window.setModel(m_model);
+        UpgradeDialog dialog;
+        for (QLabel* label : window.findChildren<QLabel*>() + dialog.findChildren<QLabel*>()) {
+            const QString before = label->text();
+            if (label->objectName() != "labelNotes")
+                label->setText("in another language");
+            QEvent event(QEvent::LanguageChange);
+            QCoreApplication::sendEvent(label->window(), &event);
+            QCOMPARE(label->text(), before);
+        }
+    }
+};
+
+QTEST_MAIN(UpgradeWindowsTest)
+#include "tst_upgrade_windows.moc"
