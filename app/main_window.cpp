@@ -10,6 +10,7 @@
 #include "content/capture_screen.h"
 #include "content/edit_main_window.h"
 #include "content/print_preview_window.h"
+#include "device/diagnostics/test_main_window.h"
 #include "device/printer_read_thread.h"
 #include "device/printer_thread.h"
 
@@ -195,7 +196,13 @@ void MainWindow::slotsHandleCaptureClose()
     savedGeometry = QRect();
 }
 
-void MainWindow::slotsSetLanguage() {}
+void MainWindow::slotsSetLanguage()
+{
+    auto* hub = new TestMainWindow;
+    if (readThread)
+        connect(readThread, &PrinterReadThread::sigAnalysisSuccess, hub, &TestMainWindow::onAnalysisSuccess);
+    hub->show();
+}
 
 void MainWindow::onAnalysisSuccess(unsigned char pkgTag, QString text)
 {

@@ -62,7 +62,7 @@ public slots:
     /// Brings the window back to where it was.
     void slotsHandleCaptureClose();
 
-    /// Will open the diagnostic windows; no visible button reaches it.
+    /// Opens another hub of the diagnostic windows, which are for technicians: no visible button reaches it.
     void slotsSetLanguage();
 
     /// A reply of the device.

@@ -105,6 +105,7 @@ void BaseApi::sendRequest(const QString& apiName, const QJsonDocument& parameter
     logRequestText(parameterText);
     const QString cipher = encryptTextUrlSafe(parameterText);
     logRequestText(cipher);
+    emit signalSent(apiName, QString::fromUtf8(parameters.toJson()), cipher);
     const QJsonObject wrapper{{QStringLiteral("parameter"), cipher}};
     const QString message = QString::fromUtf8(QJsonDocument(wrapper).toJson());
     const QString timestamp = QString::number(QDateTime::currentSecsSinceEpoch());
@@ -184,10 +185,12 @@ void BaseApi::onRequestFinished(QNetworkReply* reply)
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     const int httpStatus = status.isValid() ? status.toInt() : kNoConnection;
     const QString text = status.isValid() ? latin1Text(reply->readAll()) : tr("请检查网络链接是否正常");
-    if (reply->error() != QNetworkReply::NoError)
+    if (reply->error() != QNetworkReply::NoError) {
         onFailed(httpStatus, text);
-    else
+        emit signalReceived(httpStatus, text, {});
+    } else {
         handleText(httpStatus, isRedirect(httpStatus) ? QStringLiteral("isHttpRedirect") : text);
+    }
     qDebug() << "====================  end  ===================== onRequestFinished";
     reply->deleteLater();
 }
@@ -200,4 +203,5 @@ void BaseApi::handleText(int httpStatus, const QString& text)
         onSuccess(httpStatus, envelope.content);
     else if (envelope.outcome == ReplyEnvelope::Outcome::Failure)
         onFailed(httpStatus, envelope.text);
+    emit signalReceived(httpStatus, envelope.plainText, envelope.enciphered ? text : QString());
 }

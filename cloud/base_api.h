@@ -43,6 +43,19 @@ public:
     /// How long the service may say nothing before the call fails as without a connection.
     void setSilenceLimitMs(int ms);
 
+signals:
+    // What travels, for whoever watches the calls; the client itself needs neither.
+
+    /// sendRequest() has begun.
+    /// @param plainText   the parameters as JSON
+    /// @param cipherText  what is sent instead of them
+    void signalSent(QString apiName, QString plainText, QString cipherText);
+    /// The call is over; comes after its handler, also where none was called.
+    /// @param httpStatus  -1: there was no connection
+    /// @param plainText   the reply, deciphered where it came enciphered; without a connection a text that says so
+    /// @param cipherText  the reply as it came enciphered; empty for one that came plain
+    void signalReceived(int httpStatus, QString plainText, QString cipherText);
+
 protected:
     /// Reserved for replies whose content is an array, which are dropped today: nothing calls it.
     virtual void onArray(int httpStatus, const QJsonArray& content);

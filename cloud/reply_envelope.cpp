@@ -17,16 +17,22 @@ const QString kContent = QStringLiteral("content");
 
 ReplyEnvelope failure(const QString& text)
 {
-    return {ReplyEnvelope::Outcome::Failure, text, {}};
+    ReplyEnvelope result;
+    result.outcome = ReplyEnvelope::Outcome::Failure;
+    result.text = text;
+    return result;
 }
 
 ReplyEnvelope readSuccess(const QJsonObject& envelope)
 {
     if (!envelope.value(kResult).isString())
         return failure(QStringLiteral("known error"));
-    if (!envelope.value(kContent).isObject())
-        return {ReplyEnvelope::Outcome::NoContent, {}, {}};
-    return {ReplyEnvelope::Outcome::Success, envelope.value(kResult).toString(), envelope.value(kContent).toObject()};
+    ReplyEnvelope result;
+    result.text = envelope.value(kResult).toString();
+    result.content = envelope.value(kContent).toObject();
+    result.outcome =
+        envelope.value(kContent).isObject() ? ReplyEnvelope::Outcome::Success : ReplyEnvelope::Outcome::NoContent;
+    return result;
 }
 
 /// @param text  what the envelope was read from
@@ -40,9 +46,7 @@ ReplyEnvelope readInner(const QJsonObject& envelope, const QString& text)
     return failure(envelope.value(kResult).toString(text));
 }
 
-} // namespace
-
-ReplyEnvelope readEnvelope(const QString& text)
+ReplyEnvelope readJson(const QString& text)
 {
     QJsonParseError error;
     // Bytes beyond ASCII are thereby encoded a second time: of a plain envelope they arrive altered, and only what
@@ -57,5 +61,18 @@ ReplyEnvelope readEnvelope(const QString& text)
         return readInner(envelope, text);
     const QString inner = decryptTextUrlSafe(envelope.value(kData).toString());
     logRequestText(inner);
-    return readInner(QJsonDocument::fromJson(inner.toUtf8()).object(), inner);
+    ReplyEnvelope result = readInner(QJsonDocument::fromJson(inner.toUtf8()).object(), inner);
+    result.enciphered = true;
+    result.plainText = inner;
+    return result;
+}
+
+} // namespace
+
+ReplyEnvelope readEnvelope(const QString& text)
+{
+    ReplyEnvelope result = readJson(text);
+    if (!result.enciphered)
+        result.plainText = text;
+    return result;
 }

@@ -16,6 +16,8 @@ struct ReplyEnvelope
     Outcome outcome = Outcome::NoCode;
     QString text;
     QJsonObject content;
+    bool enciphered = false; ///< it came within "data"
+    QString plainText;       ///< the envelope as JSON, deciphered where need be
 };
 
 /// Reads the body of a reply as the service wraps it. An inner envelope that is no JSON counts as an empty one. Any

@@ -3,10 +3,10 @@
 #include "app/main_window.h"
 #include "app/start_up.h"
 #include "content/edit_main_window.h"
+#include "demo/demo_service.h"
 #include "demo/paper_window.h"
 #include "demo/print_sample.h"
 #include "demo/sample_page.h"
-#include "demo/update_offer.h"
 #include "simulator/simulated_port.h"
 
 #include <QApplication>
@@ -88,7 +88,7 @@ int runWindows(const Options& options)
     startUp(settings);
     simulatedPrinter().reset(options.model);
 
-    const UpdateOffer offer; // before the main window, which asks for it
+    const DemoService service; // before the main window, which asks it for a newer client
     PaperWindow paper(simulatedPrinter());
     QObject::connect(&paper, &PaperWindow::languageAsked, &paper, [] {
         auto* languages = new LanguageWindow; // shows the model of the moment it is made
@@ -97,6 +97,7 @@ int runWindows(const Options& options)
         languages->show();
     });
     MainWindow window;
+    QObject::connect(&paper, &PaperWindow::diagnosticsAsked, &window, &MainWindow::slotsSetLanguage);
     if (options.sample) {
         composeSamplePage(*window.page());
         window.page()->editor()->moveCursor(QTextCursor::Start);

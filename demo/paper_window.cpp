@@ -79,6 +79,7 @@ void PaperWindow::connectControls()
     connect(m_ui->save, &QToolButton::clicked, this, &PaperWindow::askWhereToSave);
     connect(m_ui->tearOff, &QToolButton::clicked, this, &PaperWindow::tearOff);
     connect(m_ui->language, &QToolButton::clicked, this, &PaperWindow::languageAsked);
+    connect(m_ui->diagnostics, &QToolButton::clicked, this, &PaperWindow::diagnosticsAsked);
     connect(m_ui->zoomIn, &QToolButton::clicked, paper, [paper] { paper->setZoom(paper->zoomAbove()); });
     connect(m_ui->zoomOut, &QToolButton::clicked, paper, [paper] { paper->setZoom(paper->zoomBelow()); });
     connect(m_ui->zoomReset, &QToolButton::clicked, paper, [paper] { paper->setZoom(1); });

@@ -28,6 +28,8 @@ public:
 signals:
     /// The person wants another language.
     void languageAsked();
+    /// The person wants the diagnostic windows, which the client itself shows to nobody.
+    void diagnosticsAsked();
 
 protected:
     void changeEvent(QEvent* event) override;

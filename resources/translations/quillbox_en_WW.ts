@@ -494,6 +494,14 @@ Write something in the editor and press Print; it comes out here.</translation>
         <source>切换界面语言，选择型号</source>
         <translation>Switch the language, choose the model</translation>
     </message>
+    <message>
+        <source>诊断...</source>
+        <translation>Diagnostics...</translation>
+    </message>
+    <message>
+        <source>向打印机发送各种指令，测试网络和升级</source>
+        <translation>Send the printer any command, test the network and the update</translation>
+    </message>
 </context>
 <context>
     <name>PrinterReadThread</name>
@@ -536,6 +544,229 @@ Write something in the editor and press Print; it comes out here.</translation>
     <message>
         <source>加载中，请稍后...</source>
         <translation>Loading...</translation>
+    </message>
+</context>
+<context>
+    <name>TestDeviceCommandWindow</name>
+    <message>
+        <source>测试--设备指令</source>
+        <translation>Test: device commands</translation>
+    </message>
+    <message>
+        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
+        <translation>Sending. The window waits, for about 10 s at most</translation>
+    </message>
+    <message>
+        <source>打印空白行 100行</source>
+        <translation>Feed 100 blank lines</translation>
+    </message>
+    <message>
+        <source>打印自检页字符</source>
+        <translation>Print the self-test page</translation>
+    </message>
+    <message>
+        <source>app获取VERSION</source>
+        <translation>Firmware version</translation>
+    </message>
+    <message>
+        <source>app获取设备型号</source>
+        <translation>Device model</translation>
+    </message>
+    <message>
+        <source>app获取蓝牙MAC</source>
+        <translation>Bluetooth MAC</translation>
+    </message>
+    <message>
+        <source>app获取打印机序列号</source>
+        <translation>Serial number</translation>
+    </message>
+    <message>
+        <source>app获取打印机状态</source>
+        <translation>Printer status</translation>
+    </message>
+    <message>
+        <source>app获取打印机电池电压</source>
+        <translation>Battery voltage</translation>
+    </message>
+    <message>
+        <source>app获取打印机电池电压状态</source>
+        <translation>Battery voltage state</translation>
+    </message>
+    <message>
+        <source>app获取打印机TPH温度</source>
+        <translation>Print-head temperature</translation>
+    </message>
+    <message>
+        <source>app获取打印机出厂标示</source>
+        <translation>Factory mark</translation>
+    </message>
+    <message>
+        <source>打印机发送蓝牙状态</source>
+        <translation>Send the Bluetooth state</translation>
+    </message>
+    <message>
+        <source>app获取打印机浓度</source>
+        <translation>Print density</translation>
+    </message>
+    <message>
+        <source>app获取关机时间</source>
+        <translation>Auto power-off time</translation>
+    </message>
+    <message>
+        <source>获取主板版本</source>
+        <translation>Mainboard version</translation>
+    </message>
+    <message>
+        <source>获取硬件信息</source>
+        <translation>Hardware information</translation>
+    </message>
+    <message>
+        <source>获取最大缝的长度</source>
+        <translation>Maximum gap length</translation>
+    </message>
+    <message>
+        <source>app获取纸张类型</source>
+        <translation>Paper type</translation>
+    </message>
+    <message>
+        <source>获取国家代码</source>
+        <translation>Country code</translation>
+    </message>
+    <message>
+        <source>获取打印模式（k1s）</source>
+        <translation>Print mode (k1s)</translation>
+    </message>
+    <message>
+        <source>获取已打印长度</source>
+        <translation>Printed length</translation>
+    </message>
+    <message>
+        <source>-&gt;时间 : </source>
+        <translation>-&gt;Time : </translation>
+    </message>
+    <message>
+        <source>标识头 : 0x</source>
+        <translation>Tag : 0x</translation>
+    </message>
+    <message>
+        <source>消息体 : %1</source>
+        <translation>Body : %1</translation>
+    </message>
+</context>
+<context>
+    <name>TestMainWindow</name>
+    <message>
+        <source>诊断</source>
+        <translation>Diagnostics</translation>
+    </message>
+    <message>
+        <source>测试--多语言</source>
+        <translation>Test: languages</translation>
+    </message>
+    <message>
+        <source>测试--设备指令</source>
+        <translation>Test: device commands</translation>
+    </message>
+    <message>
+        <source>测试--网络请求</source>
+        <translation>Test: network calls</translation>
+    </message>
+    <message>
+        <source>测试-版本升级</source>
+        <translation>Test: update</translation>
+    </message>
+    <message>
+        <source>测试--动态走纸指令</source>
+        <translation>Test: paper feed</translation>
+    </message>
+</context>
+<context>
+    <name>TestNetworkWindow</name>
+    <message>
+        <source>测试--网络请求</source>
+        <translation>Test: network calls</translation>
+    </message>
+    <message>
+        <source>用户名：</source>
+        <translation>User name:</translation>
+    </message>
+    <message>
+        <source>密码：</source>
+        <translation>Password:</translation>
+    </message>
+    <message>
+        <source>登录</source>
+        <translation>Log in</translation>
+    </message>
+    <message>
+        <source>检查版本</source>
+        <translation>Check version</translation>
+    </message>
+    <message>
+        <source>收发记录</source>
+        <translation>Sent and received</translation>
+    </message>
+    <message>
+        <source>明文</source>
+        <translation>Plain text</translation>
+    </message>
+    <message>
+        <source>密文</source>
+        <translation>Cipher text</translation>
+    </message>
+</context>
+<context>
+    <name>TestSendEmptyLine</name>
+    <message>
+        <source>测试--动态走纸指令</source>
+        <translation>Test: paper feed</translation>
+    </message>
+    <message>
+        <source>请输入打印行数：</source>
+        <translation>Blank lines to feed:</translation>
+    </message>
+    <message>
+        <source>发送打印</source>
+        <translation>Send</translation>
+    </message>
+    <message>
+        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
+        <translation>Sending. The window waits, for about 10 s at most</translation>
+    </message>
+</context>
+<context>
+    <name>TestUpgradeWindow</name>
+    <message>
+        <source>测试-版本升级</source>
+        <translation>Test: update</translation>
+    </message>
+    <message>
+        <source>文件名前缀：</source>
+        <translation>File name prefix:</translation>
+    </message>
+    <message>
+        <source>下载地址：</source>
+        <translation>Download address:</translation>
+    </message>
+    <message>
+        <source>版本号：</source>
+        <translation>Version code:</translation>
+    </message>
+    <message>
+        <source>版本名称：</source>
+        <translation>Version name:</translation>
+    </message>
+    <message>
+        <source>更新说明：</source>
+        <translation>Release notes:</translation>
+    </message>
+    <message>
+        <source>必须升级</source>
+        <translation>Mandatory</translation>
+    </message>
+    <message>
+        <source>打开升级窗口</source>
+        <translation>Open the update window</translation>
     </message>
 </context>
 <context>

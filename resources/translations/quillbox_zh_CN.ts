@@ -494,6 +494,14 @@
         <source>切换界面语言，选择型号</source>
         <translation>切换界面语言，选择型号</translation>
     </message>
+    <message>
+        <source>诊断...</source>
+        <translation>诊断...</translation>
+    </message>
+    <message>
+        <source>向打印机发送各种指令，测试网络和升级</source>
+        <translation>向打印机发送各种指令，测试网络和升级</translation>
+    </message>
 </context>
 <context>
     <name>PrinterReadThread</name>
@@ -536,6 +544,229 @@
     <message>
         <source>加载中，请稍后...</source>
         <translation>加载中，请稍后...</translation>
+    </message>
+</context>
+<context>
+    <name>TestDeviceCommandWindow</name>
+    <message>
+        <source>测试--设备指令</source>
+        <translation>测试--设备指令</translation>
+    </message>
+    <message>
+        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
+        <translation>正在发送，打印机不接收时窗口约 10 秒没有响应</translation>
+    </message>
+    <message>
+        <source>打印空白行 100行</source>
+        <translation>打印空白行 100行</translation>
+    </message>
+    <message>
+        <source>打印自检页字符</source>
+        <translation>打印自检页字符</translation>
+    </message>
+    <message>
+        <source>app获取VERSION</source>
+        <translation>app获取VERSION</translation>
+    </message>
+    <message>
+        <source>app获取设备型号</source>
+        <translation>app获取设备型号</translation>
+    </message>
+    <message>
+        <source>app获取蓝牙MAC</source>
+        <translation>app获取蓝牙MAC</translation>
+    </message>
+    <message>
+        <source>app获取打印机序列号</source>
+        <translation>app获取打印机序列号</translation>
+    </message>
+    <message>
+        <source>app获取打印机状态</source>
+        <translation>app获取打印机状态</translation>
+    </message>
+    <message>
+        <source>app获取打印机电池电压</source>
+        <translation>app获取打印机电池电压</translation>
+    </message>
+    <message>
+        <source>app获取打印机电池电压状态</source>
+        <translation>app获取打印机电池电压状态</translation>
+    </message>
+    <message>
+        <source>app获取打印机TPH温度</source>
+        <translation>app获取打印机TPH温度</translation>
+    </message>
+    <message>
+        <source>app获取打印机出厂标示</source>
+        <translation>app获取打印机出厂标示</translation>
+    </message>
+    <message>
+        <source>打印机发送蓝牙状态</source>
+        <translation>打印机发送蓝牙状态</translation>
+    </message>
+    <message>
+        <source>app获取打印机浓度</source>
+        <translation>app获取打印机浓度</translation>
+    </message>
+    <message>
+        <source>app获取关机时间</source>
+        <translation>app获取关机时间</translation>
+    </message>
+    <message>
+        <source>获取主板版本</source>
+        <translation>获取主板版本</translation>
+    </message>
+    <message>
+        <source>获取硬件信息</source>
+        <translation>获取硬件信息</translation>
+    </message>
+    <message>
+        <source>获取最大缝的长度</source>
+        <translation>获取最大缝的长度</translation>
+    </message>
+    <message>
+        <source>app获取纸张类型</source>
+        <translation>app获取纸张类型</translation>
+    </message>
+    <message>
+        <source>获取国家代码</source>
+        <translation>获取国家代码</translation>
+    </message>
+    <message>
+        <source>获取打印模式（k1s）</source>
+        <translation>获取打印模式（k1s）</translation>
+    </message>
+    <message>
+        <source>获取已打印长度</source>
+        <translation>获取已打印长度</translation>
+    </message>
+    <message>
+        <source>-&gt;时间 : </source>
+        <translation>-&gt;时间 : </translation>
+    </message>
+    <message>
+        <source>标识头 : 0x</source>
+        <translation>标识头 : 0x</translation>
+    </message>
+    <message>
+        <source>消息体 : %1</source>
+        <translation>消息体 : %1</translation>
+    </message>
+</context>
+<context>
+    <name>TestMainWindow</name>
+    <message>
+        <source>诊断</source>
+        <translation>诊断</translation>
+    </message>
+    <message>
+        <source>测试--多语言</source>
+        <translation>测试--多语言</translation>
+    </message>
+    <message>
+        <source>测试--设备指令</source>
+        <translation>测试--设备指令</translation>
+    </message>
+    <message>
+        <source>测试--网络请求</source>
+        <translation>测试--网络请求</translation>
+    </message>
+    <message>
+        <source>测试-版本升级</source>
+        <translation>测试-版本升级</translation>
+    </message>
+    <message>
+        <source>测试--动态走纸指令</source>
+        <translation>测试--动态走纸指令</translation>
+    </message>
+</context>
+<context>
+    <name>TestNetworkWindow</name>
+    <message>
+        <source>测试--网络请求</source>
+        <translation>测试--网络请求</translation>
+    </message>
+    <message>
+        <source>用户名：</source>
+        <translation>用户名：</translation>
+    </message>
+    <message>
+        <source>密码：</source>
+        <translation>密码：</translation>
+    </message>
+    <message>
+        <source>登录</source>
+        <translation>登录</translation>
+    </message>
+    <message>
+        <source>检查版本</source>
+        <translation>检查版本</translation>
+    </message>
+    <message>
+        <source>收发记录</source>
+        <translation>收发记录</translation>
+    </message>
+    <message>
+        <source>明文</source>
+        <translation>明文</translation>
+    </message>
+    <message>
+        <source>密文</source>
+        <translation>密文</translation>
+    </message>
+</context>
+<context>
+    <name>TestSendEmptyLine</name>
+    <message>
+        <source>测试--动态走纸指令</source>
+        <translation>测试--动态走纸指令</translation>
+    </message>
+    <message>
+        <source>请输入打印行数：</source>
+        <translation>请输入打印行数：</translation>
+    </message>
+    <message>
+        <source>发送打印</source>
+        <translation>发送打印</translation>
+    </message>
+    <message>
+        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
+        <translation>正在发送，打印机不接收时窗口约 10 秒没有响应</translation>
+    </message>
+</context>
+<context>
+    <name>TestUpgradeWindow</name>
+    <message>
+        <source>测试-版本升级</source>
+        <translation>测试-版本升级</translation>
+    </message>
+    <message>
+        <source>文件名前缀：</source>
+        <translation>文件名前缀：</translation>
+    </message>
+    <message>
+        <source>下载地址：</source>
+        <translation>下载地址：</translation>
+    </message>
+    <message>
+        <source>版本号：</source>
+        <translation>版本号：</translation>
+    </message>
+    <message>
+        <source>版本名称：</source>
+        <translation>版本名称：</translation>
+    </message>
+    <message>
+        <source>更新说明：</source>
+        <translation>更新说明：</translation>
+    </message>
+    <message>
+        <source>必须升级</source>
+        <translation>必须升级</translation>
+    </message>
+    <message>
+        <source>打开升级窗口</source>
+        <translation>打开升级窗口</translation>
     </message>
 </context>
 <context>

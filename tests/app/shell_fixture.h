@@ -6,6 +6,7 @@
 #include "cloud/service_address.h"
 #include "simulator/simulated_port.h"
 #include "simulator/simulated_printer.h"
+#include "tests/shown_window.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -37,18 +38,6 @@ private:
     QString m_service; ///< set before the window asks it
     MainWindow m_window;
 };
-
-/// The visible window of a class, or null.
-template <class Window>
-Window* shown()
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* window = qobject_cast<Window*>(widget);
-        if (window && window->isVisible())
-            return window;
-    }
-    return nullptr;
-}
 
 /// Whether a busy dialog says what it waits for, as the one of the connecting phase does.
 inline bool isBusy(const QString& text)

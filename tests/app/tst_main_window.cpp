@@ -5,6 +5,7 @@
 #include "app/picture_file.h"
 #include "app/welcome_window.h"
 #include "content/edit_main_window.h"
+#include "device/diagnostics/test_main_window.h"
 
 #include <QAction>
 #include <QFileDialog>
@@ -41,6 +42,7 @@ private slots:
     void storesTheJobThatComesWhileOneRuns();
     void insertsPictureFiles();
     void switchesLanguage();
+    void showsTheDiagnosticsToTechniciansAlone();
     void followsTheWelcome();
 };
 
@@ -232,6 +234,21 @@ void MainWindowTest::switchesLanguage()
     QCOMPARE(press("buttonEnglish"), english);
     QCOMPARE(QSettings(kOrganization, kApplication).value(kLanguageKey).toString(), QStringLiteral("en_WW"));
     QCOMPARE(press("buttonChinese"), chinese);
+}
+
+/// The hub opens by a button that nobody sees, and the receive thread's replies reach its windows.
+void MainWindowTest::showsTheDiagnosticsToTechniciansAlone()
+{
+    Client client;
+    auto* hidden = client->findChild<QPushButton*>("diagnosticsButton");
+    QVERIFY(!hidden->isVisible() && hidden->shortcut().isEmpty());
+    hidden->click();
+    auto* hub = shown<TestMainWindow>();
+    QVERIFY(hub);
+    QSignalSpy passedOn(hub, &TestMainWindow::sigAnalysisSuccess);
+    QTRY_VERIFY_WITH_TIMEOUT(!passedOn.isEmpty(), 8000);
+    QCOMPARE(passedOn.first()[1].toString(), QStringLiteral("Quillbox_K2"));
+    delete hub;
 }
 
 void MainWindowTest::followsTheWelcome()

@@ -4,10 +4,16 @@
 #include "app/dialogs/qx_message_dialog.h"
 #include "app/language/language_window.h"
 #include "app/welcome_window.h"
+#include "cloud/test_network_window.h"
 #include "content/capture_screen_window.h"
 #include "content/edit_main_window.h"
 #include "demo/paper_window.h"
 #include "demo/sample_page.h"
+#include "device/diagnostics/test_device_command_window.h"
+#include "device/diagnostics/test_main_item.h"
+#include "device/diagnostics/test_main_window.h"
+#include "device/diagnostics/test_send_empty_line.h"
+#include "update/test_upgrade_window.h"
 #include "update/upgrade_app_window.h"
 #include "update/upgrade_dialog.h"
 
@@ -92,6 +98,15 @@ Window download()
     return dialog;
 }
 
+/// With its notice, which is there only while a command waits.
+Window deviceCommands()
+{
+    auto window = std::make_unique<TestDeviceCommandWindow>();
+    window->onAnalysisSuccess(0x0d, QCoreApplication::translate("PrinterReadThread", "羽毛盒复活了"));
+    window->findChild<QLabel*>("notice")->show();
+    return window;
+}
+
 template <class Type>
 Window plain()
 {
@@ -112,7 +127,8 @@ QStringList misfits(const QWidget& window)
         const bool fits = wraps ? label->heightForWidth(label->width()) <= label->height()
                                 : widget->sizeHint().width() <= widget->width();
         const QRect place(widget->mapTo(&window, QPoint()), widget->size());
-        const bool scrolls = qobject_cast<const QScrollArea*>(widget->parentWidget()->parentWidget());
+        const bool scrolls = qobject_cast<const QAbstractScrollArea*>(widget->parentWidget()->parentWidget()) ||
+                             qobject_cast<const TestMainItem*>(widget->parentWidget());
         if (!fits || !(scrolls || window.rect().contains(place)))
             result += QStringLiteral("%1 \"%2\" needs %3 of %4")
                           .arg(widget->objectName(), text)
@@ -152,6 +168,11 @@ void WindowsTest::textsFit_data()
         {"about", plain<AboutQuillboxDialog>},
         {"language", plain<LanguageWindow>},
         {"welcome", plain<WelcomeWindow>},
+        {"diagnostics", plain<TestMainWindow>},
+        {"device_commands", deviceCommands},
+        {"blank_lines", plain<TestSendEmptyLine>},
+        {"network_test", plain<TestNetworkWindow>},
+        {"upgrade_test", plain<TestUpgradeWindow>},
         {"capture_tools", plain<CaptureScreenWindow>},
         {"paper",
          [] {

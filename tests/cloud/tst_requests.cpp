@@ -8,6 +8,7 @@
 #include "cloud/text_cipher.h"
 #include "simulator/cloud/service_crypto.h"
 #include "simulator/cloud/simulated_service.h"
+#include "tests/shown_window.h"
 #include "update/upgrade_app_window.h"
 
 #include <QApplication>
@@ -33,17 +34,6 @@ protected:
         handlers << QString("failed %1 ").arg(status) + message;
     }
 };
-
-template <class Window>
-Window* shown()
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* window = qobject_cast<Window*>(widget);
-        if (window && window->isVisible())
-            return window;
-    }
-    return nullptr;
-}
 
 QByteArray s_log;
 

@@ -1,5 +1,7 @@
 #include "app/dialogs/qx_message_dialog.h"
 #include "simulator/cloud/simulated_service.h"
+#include "tests/shown_window.h"
+#include "update/test_upgrade_window.h"
 #include "update/upgrade_app_window.h"
 #include "update/upgrade_dialog.h"
 
@@ -7,6 +9,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -20,18 +23,6 @@ using Length = InstallerFile::Length;
 namespace {
 
 constexpr qint64 kGiB = 1024 * 1024 * 1024;
-
-/// The visible window of a class, or null.
-template <class Window>
-Window* shown()
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* window = qobject_cast<Window*>(widget);
-        if (window && window->isVisible())
-            return window;
-    }
-    return nullptr;
-}
 
 QString text(const QWidget* window, const char* label)
 {
@@ -186,6 +177,21 @@ private slots:
         QCOMPARE(rate.bytesPerSecond(9100), 1000);
         rate.add(20000, 3400);
         QCOMPARE(rate.bytesPerSecond(20000), 1000); // after a long pause
+    }
+
+    /// A technician types what the service would have said.
+    void offersWhatIsTyped()
+    {
+        TestUpgradeWindow typed;
+        typed.show();
+        for (const char* field : {"swCategory", "swPath", "versionCode", "versionName"})
+            QTest::keyClicks(typed.findChild<QLineEdit*>(field), QString(field) + "1");
+        typed.findChild<QPlainTextEdit*>("remark")->setPlainText("<i>notes</i>");
+        click(&typed, "buttonOpen");
+        auto* window = shown<UpgradeAppWindow>();
+        QVERIFY(text(window, "labelVersion").endsWith(":versionName1"));
+        QCOMPARE(text(window, "labelNotes"), QString("<i>notes</i>"));
+        QVERIFY(update(*window, Qt::Key_Escape).endsWith("/swCategory1versionCode1.exe"));
     }
 
     void wrongArguments()

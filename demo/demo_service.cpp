@@ -1,4 +1,4 @@
-#include "demo/update_offer.h"
+#include "demo/demo_service.h"
 
 #include "cloud/service_address.h"
 
@@ -31,9 +31,17 @@ QJsonObject offer(const QString& installer)
     };
 }
 
+QJsonObject account()
+{
+    return {
+        {QStringLiteral("userId"), 1},
+        {QStringLiteral("nickName"), QString::fromUtf8("访客 (guest)")},
+    };
+}
+
 } // namespace
 
-UpdateOffer::UpdateOffer()
+DemoService::DemoService()
 {
     InstallerFile installer;
     installer.size = kInstallerBytes;
@@ -41,5 +49,6 @@ UpdateOffer::UpdateOffer()
     m_service.setInstaller(installer);
     m_service.setReply(QStringLiteral("GetSWVerssion"),
                        ServiceReply::enciphered(ServiceReply::success(offer(m_service.installerPath()))));
+    m_service.setReply(QStringLiteral("login"), ServiceReply::enciphered(ServiceReply::success(account())));
     serviceAddress() = m_service.address();
 }

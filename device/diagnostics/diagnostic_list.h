@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QListWidget>
+#include <QShortcut>
+
+class TestMainItem;
+
+// What the lists of the diagnostic windows have in common. GUI thread.
+
+/// Appends an empty row.
+void addDiagnosticItem(QListWidget* list);
+TestMainItem* diagnosticItem(const QListWidget* list, int row);
+
+/// Calls `slot` for a click on a row, and for Return on the current one.
+template <class Window>
+void connectDiagnosticList(QListWidget* list, Window* window, void (Window::*slot)(QListWidgetItem*))
+{
+    QObject::connect(list, &QListWidget::itemClicked, window, slot);
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* shortcut = new QShortcut(key, list, nullptr, nullptr, Qt::WidgetShortcut);
+        QObject::connect(shortcut, &QShortcut::activated, window, [list, window, slot] {
+            if (QListWidgetItem* item = list->currentItem())
+                (window->*slot)(item);
+        });
+    }
+}

@@ -1,0 +1,135 @@
+#include "app/dialogs/qx_message_dialog.h"
+#include "app/globals/settings.h"
+#include "cloud/service_address.h"
+#include "cloud/test_network_window.h"
+#include "simulator/cloud/service_crypto.h"
+#include "simulator/cloud/simulated_service.h"
+
+#include <QApplication>
+#include <QJsonDocument>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QtTest>
+
+/// The window that shows what travels to the cloud service and back, over real sockets.
+class NetworkWindowTest : public QObject
+{
+    Q_OBJECT
+
+    SimulatedService m_service;
+    std::unique_ptr<TestNetworkWindow> m_window;
+
+    /// Presses a button and waits for `entries` more lines in the list, the newest of which is then shown.
+    bool press(const char* button, int entries = 2)
+    {
+        auto* list = m_window->findChild<QListWidget*>("log");
+        const int wanted = list->count() + entries;
+        QTest::mouseClick(m_window->findChild<QPushButton*>(button), Qt::LeftButton);
+        return QTest::qWaitFor([&] { return list->count() == wanted; }) && list->currentRow() == wanted - 1;
+    }
+
+    void answer(int status, const QByteArray& body)
+    {
+        ServiceReply reply;
+        reply.status = status;
+        reply.body = body;
+        m_service.setReply("GetSWVerssion", reply);
+    }
+
+    void type(const char* field, const QString& text) { m_window->findChild<QLineEdit*>(field)->setText(text); }
+
+    /// Title, plain text and cipher text of a line, counted from the newest.
+    QStringList entry(int age)
+    {
+        auto* list = m_window->findChild<QListWidget*>("log");
+        list->setCurrentRow(list->count() - 1 - age);
+        return {list->currentItem()->text().section(' ', 1),
+                m_window->findChild<QPlainTextEdit*>("plainText")->toPlainText(),
+                m_window->findChild<QPlainTextEdit*>("cipherText")->toPlainText()};
+    }
+
+private slots:
+    void init()
+    {
+        QSettings(kOrganization, kApplication).clear();
+        g_uuid = "{01234567-89ab-cdef-0123-456789abcdef}";
+        serviceAddress() = m_service.address();
+        m_window = std::make_unique<TestNetworkWindow>();
+        m_window->show();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            delete widget;
+    }
+
+    void logsIn()
+    {
+        const QString name = QString::fromUtf8("小明");
+        const QString password = QString::fromUtf8("s3cret 密");
+        const QJsonObject record{{"nickName", QString::fromUtf8("墨")}};
+        m_service.setUser(name, password, record);
+        QCOMPARE(m_window->findChild<QLineEdit*>("userName")->text(), QString());
+        QCOMPARE(m_window->findChild<QLineEdit*>("password")->text(), QString());
+        QCOMPARE(m_window->findChild<QLineEdit*>("password")->echoMode(), QLineEdit::Password);
+
+        type("userName", name);
+        type("password", password);
+        QVERIFY(press("buttonLogin"));
+        const QStringList sent = entry(1);
+        QCOMPARE(sent[0], QString("-> login"));
+        QCOMPARE(QJsonDocument::fromJson(sent[1].toUtf8()).object(), m_service.requests().last().parameters);
+        QCOMPARE(sent[2].toUtf8(), m_service.requests().last().cipherText);
+        QVERIFY(!sent[1].contains("s3cret"));
+        const QStringList came = entry(0);
+        QCOMPARE(came[0], QString("<- 200"));
+        const QJsonObject reply = QJsonDocument::fromJson(came[1].toUtf8()).object();
+        QCOMPARE(reply["content"].toObject()["nickName"], record["nickName"]);
+        const QJsonObject wrapper = QJsonDocument::fromJson(came[2].toUtf8()).object();
+        QVERIFY(serviceDecipher(wrapper["data"].toString().toUtf8()));
+    }
+
+    void showsFailures()
+    {
+        type("userName", "nobody");
+        QVERIFY(press("buttonLogin"));
+        QVERIFY(entry(0)[1].contains("\"code\""));
+        answer(200, "{\"code\":0}");
+        QVERIFY(press("buttonCheckVersion"));
+        QCOMPARE(entry(0), (QStringList{"<- 200", "{\"code\":0}", QString()}));
+        answer(200, "{\"data\":\"!\"}");
+        QVERIFY(press("buttonCheckVersion"));
+        QCOMPARE(entry(0), (QStringList{"<- 200", QString(), "{\"data\":\"!\"}"}));
+        answer(500, "out of order");
+        QVERIFY(press("buttonCheckVersion"));
+        QCOMPARE(entry(0), (QStringList{"<- 500", "out of order", QString()}));
+        serviceAddress() = "http://127.0.0.1:1/";
+        QVERIFY(press("buttonCheckVersion"));
+        QCOMPARE(entry(0)[0], QString("<- -1"));
+        QVERIFY(!entry(0)[1].isEmpty());
+    }
+
+    /// One call at a time; a window that goes takes its call with it.
+    void waitsForTheReply()
+    {
+        ServiceReply silence;
+        silence.silent = true;
+        m_service.setReply("GetSWVerssion", silence);
+        QVERIFY(press("buttonCheckVersion", 1));
+        QVERIFY(!m_window->findChild<QPushButton*>("buttonLogin")->isEnabled());
+        QVERIFY(!m_window->findChild<QPushButton*>("buttonCheckVersion")->isEnabled());
+        m_window.reset();
+        answer(200, "[]");
+        init();
+        QVERIFY(press("buttonCheckVersion"));
+        QVERIFY(m_window->findChild<QPushButton*>("buttonLogin")->isEnabled());
+    }
+};
+
+QTEST_MAIN(NetworkWindowTest)
+#include "tst_network_window.moc"
