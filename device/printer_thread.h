@@ -30,8 +30,7 @@ public:
 
     /// Stores the job for the next start().
     /// @param image      as wide as the head of the selected model; 32 bits a pixel are taken as blue, green, red and
-    /// a
-    ///                   byte that does not count, other depths are converted
+    ///                   a byte that does not count, other depths are converted
     /// @param printType  a PrintType; with any other number only pure black is burnt
     void setImage(const QImage& image, int printType);
 
