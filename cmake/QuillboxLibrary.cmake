@@ -22,6 +22,13 @@ target_compile_definitions(quillbox_build_flags INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_DEPRECATED_WARNINGS QT_MESSAGELOGCONTEXT)
 target_include_directories(quillbox_build_flags INTERFACE ${PROJECT_SOURCE_DIR})
 
+# Of every Qt program under the thread sanitizer.
+if(QUILLBOX_SANITIZE STREQUAL "thread")
+    add_library(quillbox_inline_conversions OBJECT ${PROJECT_SOURCE_DIR}/tests/inline_conversions.cpp)
+    set_target_properties(quillbox_inline_conversions PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+    target_link_libraries(quillbox_inline_conversions PRIVATE Qt5::Core quillbox_build_flags)
+endif()
+
 # Turns module names into targets: "globals" is quillbox_globals, "Qt5::Core" stays itself.
 function(quillbox_targets out)
     set(targets)
@@ -74,7 +81,7 @@ function(quillbox_add_program name)
         quillbox_record_layer(${name} "" "${ARG_USES}" "" "${sources}")
     endif()
     if(QUILLBOX_SANITIZE STREQUAL "thread" AND ARG_USES MATCHES "Qt5::")
-        list(APPEND ARG_SOURCES ${PROJECT_SOURCE_DIR}/tests/inline_conversions.cpp)
+        list(APPEND ARG_SOURCES $<TARGET_OBJECTS:quillbox_inline_conversions>)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     quillbox_targets(targets ${ARG_USES})
