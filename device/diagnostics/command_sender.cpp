@@ -8,6 +8,12 @@ CommandSender::CommandSender(QLabel* notice)
     , m_notice(notice)
 {
     notice->hide();
+    retranslate();
+}
+
+void CommandSender::retranslate()
+{
+    m_notice->setText(tr("正在发送，打印机不接收时窗口约 10 秒没有响应"));
 }
 
 void CommandSender::run(const std::function<void()>& send)
@@ -15,6 +21,7 @@ void CommandSender::run(const std::function<void()>& send)
     if (m_busy)
         return;
     m_busy = true;
+    retranslate();
     m_notice->show();
     m_notice->raise();
     m_notice->repaint(); // now: no event is handled while the port waits

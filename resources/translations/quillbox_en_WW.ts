@@ -60,6 +60,13 @@
     </message>
 </context>
 <context>
+    <name>CommandSender</name>
+    <message>
+        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
+        <translation>Sending. The window waits, for about 10 s at most</translation>
+    </message>
+</context>
+<context>
     <name>EditMainWindow</name>
     <message>
         <source>字体</source>
@@ -553,10 +560,6 @@ Write something in the editor and press Print; it comes out here.</translation>
         <translation>Test: device commands</translation>
     </message>
     <message>
-        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
-        <translation>Sending. The window waits, for about 10 s at most</translation>
-    </message>
-    <message>
         <source>打印空白行 100行</source>
         <translation>Feed 100 blank lines</translation>
     </message>
@@ -728,10 +731,6 @@ Write something in the editor and press Print; it comes out here.</translation>
     <message>
         <source>发送打印</source>
         <translation>Send</translation>
-    </message>
-    <message>
-        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
-        <translation>Sending. The window waits, for about 10 s at most</translation>
     </message>
 </context>
 <context>

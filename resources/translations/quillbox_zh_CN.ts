@@ -60,6 +60,13 @@
     </message>
 </context>
 <context>
+    <name>CommandSender</name>
+    <message>
+        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
+        <translation>正在发送，打印机不接收时窗口约 10 秒没有响应</translation>
+    </message>
+</context>
+<context>
     <name>EditMainWindow</name>
     <message>
         <source>字体</source>
@@ -553,10 +560,6 @@
         <translation>测试--设备指令</translation>
     </message>
     <message>
-        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
-        <translation>正在发送，打印机不接收时窗口约 10 秒没有响应</translation>
-    </message>
-    <message>
         <source>打印空白行 100行</source>
         <translation>打印空白行 100行</translation>
     </message>
@@ -728,10 +731,6 @@
     <message>
         <source>发送打印</source>
         <translation>发送打印</translation>
-    </message>
-    <message>
-        <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
-        <translation>正在发送，打印机不接收时窗口约 10 秒没有响应</translation>
     </message>
 </context>
 <context>

@@ -1,11 +1,10 @@
 #include "shell_fixture.h"
 
+#include "app/dialogs/qx_message_dialog.h"
+#include "app/globals/settings.h"
 #include "simulator/cloud/simulated_service.h"
 #include "update/upgrade_app_window.h"
 #include "update/upgrade_dialog.h"
-
-#include "app/dialogs/qx_message_dialog.h"
-#include "app/globals/settings.h"
 
 #include <QDesktopServices>
 #include <QDialogButtonBox>
