@@ -1,10 +1,12 @@
 # cmake -DTS=file.ts -P SourceTexts.cmake
 #
-# Makes every text of a translation file its own translation. Qt's texts are English in its sources, so this is the
-# English file that a switch back from Chinese needs: without one, the Chinese texts installed before would stay.
+# Makes every text of a translation file its own translation: for the language that the sources are written in, whose
+# file has to say every text again. Without it the texts of another language, installed before, would stay.
 file(READ ${TS} text)
-string(REGEX REPLACE "<source>([^<]*)</source>([ \r\n]*(<comment>[^<]*</comment>[ \r\n]*)?)<translation>[^<]*</translation>"
+set(source "<source>([^<]*)</source>([ \r\n]*(<comment>[^<]*</comment>[ \r\n]*)?)")
+set(attribute "( type=\"unfinished\")?")
+string(REGEX REPLACE "${source}<translation${attribute}>[^<]*</translation>"
     "<source>\\1</source>\\2<translation>\\1</translation>" text "${text}")
-string(REGEX REPLACE "<source>([^<]*)</source>([ \r\n]*(<comment>[^<]*</comment>[ \r\n]*)?)<translation>[ \r\n]*<numerusform>[^<]*</numerusform>"
+string(REGEX REPLACE "${source}<translation${attribute}>[ \r\n]*<numerusform>[^<]*</numerusform>"
     "<source>\\1</source>\\2<translation><numerusform>\\1</numerusform>" text "${text}")
 file(WRITE ${TS} "${text}")
