@@ -7,10 +7,11 @@
 #include "app/globals/trace.h"
 #include "app/picture_file.h"
 #include "cloud/get_sw_version_api.h"
-#include "content/capture_screen.h"
-#include "content/edit_main_window.h"
-#include "content/print_preview_window.h"
-#include "device/diagnostics/test_main_window.h"
+#include "content/capture/capture_screen.h"
+#include "content/page/edit_main_window.h"
+#include "content/page/print_preview_window.h"
+#include "device/diagnostics/diagnostic_hub.h"
+#include "device/packet_analysis.h"
 #include "device/printer_read_thread.h"
 #include "device/printer_thread.h"
 
@@ -30,8 +31,6 @@ constexpr int kWidth = 600; ///< pixels
 constexpr int kHeight = 460;
 constexpr int kConnectingMs = 8000; ///< what the device may take to tell its model
 constexpr int kVanishMs = 200;      ///< until the desktop has painted what was behind the window
-constexpr unsigned char kModelReply = 0x07;
-constexpr int kWiderHead = 1; ///< model index
 
 } // namespace
 
@@ -206,13 +205,10 @@ void MainWindow::slotsSetLanguage()
 
 void MainWindow::onAnalysisSuccess(unsigned char pkgTag, QString text)
 {
-    if (pkgTag != kModelReply)
+    if (pkgTag != ReplyModel)
         return;
-    if (text == modelName(kWiderHead)) {
-        g_modelConfirmed = true;
-        g_modelIndex = kWiderHead;
+    if (takeReportedModel(text))
         onDeviceInitTimeout();
-    }
     trace(QStringLiteral("CRCKEY Set Success"));
 }
 

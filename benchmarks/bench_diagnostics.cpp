@@ -1,4 +1,4 @@
-#include "device/diagnostics/test_device_command_window.h"
+#include "device/diagnostics/device_command_window.h"
 
 #include <QApplication>
 #include <QPlainTextEdit>

@@ -2,6 +2,7 @@
 #include "device/packet.h"
 #include "device/port.h"
 #include "device/printer_win.h"
+#include "device/raster.h"
 #include "imaging/binarize.h"
 #include "imaging/halftone.h"
 

@@ -2,7 +2,7 @@
 #include "app/language/language_window.h"
 #include "app/main_window.h"
 #include "app/start_up.h"
-#include "content/edit_main_window.h"
+#include "content/page/edit_main_window.h"
 #include "demo/demo_service.h"
 #include "demo/paper_window.h"
 #include "demo/print_sample.h"

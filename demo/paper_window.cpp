@@ -1,6 +1,6 @@
 #include "demo/paper_window.h"
 
-#include "content/light_palette.h"
+#include "app/widgets/light_palette.h"
 #include "demo/frame_log_model.h"
 #include "demo/paper_file.h"
 #include "demo/paper_news.h"
@@ -108,18 +108,17 @@ void PaperWindow::refresh()
 
 void PaperWindow::showControls()
 {
-    const Model model = m_printer.model();
-    const Condition condition = m_printer.condition();
-    const bool pluggedIn = m_printer.isPluggedIn();
-    QAbstractButton* conditionButton = m_ui->conditions->button(int(condition));
-    m_ui->models->button(int(model))->setChecked(true);
+    const PrinterReport report = m_printer.report();
+    QAbstractButton* modelButton = m_ui->models->button(static_cast<int>(report.model));
+    QAbstractButton* conditionButton = m_ui->conditions->button(static_cast<int>(report.condition));
+    modelButton->setChecked(true);
     conditionButton->setChecked(true);
-    m_ui->pluggedIn->setChecked(pluggedIn);
+    m_ui->pluggedIn->setChecked(report.pluggedIn);
 
     PrinterFace face;
-    face.name = m_ui->models->button(int(model))->text();
-    face.state = pluggedIn ? conditionButton->text() : tr("USB 未插入");
-    face.light = lampColour(pluggedIn, condition == Condition::Ready);
+    face.name = modelButton->text();
+    face.state = report.pluggedIn ? conditionButton->text() : tr("USB 未插入");
+    face.light = lampColour(report.pluggedIn, report.condition == Condition::Ready);
     m_ui->paper->setFace(face);
 
     const bool hasPaper = m_ui->paper->lineCount() > 0;
@@ -129,12 +128,12 @@ void PaperWindow::showControls()
 
 void PaperWindow::showCounts()
 {
-    const int errors = m_printer.crcErrorCount();
+    const PrinterReport report = m_printer.report();
     const int lines = m_ui->paper->lineCount();
-    m_ui->frameCount->setText(tr("正确的帧 %1").arg(m_printer.frameCount()));
-    m_ui->crcErrors->setText(tr("CRC 错误 %1").arg(errors));
-    setAlarm(m_ui->crcErrors, errors > 0);
-    m_ui->keyExchanges->setText(tr("密钥交换 %1").arg(m_printer.keyExchangeCount()));
+    m_ui->frameCount->setText(tr("正确的帧 %1").arg(report.frames));
+    m_ui->crcErrors->setText(tr("CRC 错误 %1").arg(report.crcErrors));
+    setAlarm(m_ui->crcErrors, report.crcErrors > 0);
+    m_ui->keyExchanges->setText(tr("密钥交换 %1").arg(report.keyExchanges));
     m_ui->paperLength->setText(
         tr("纸长 %1 点行 = %2 毫米").arg(lines).arg(QString::number(lines / kDotsPerMillimetre, 'f', 1)));
 }
@@ -166,7 +165,7 @@ void PaperWindow::retranslate()
 void PaperWindow::chooseModel(Model model)
 {
     // Choosing the one that is there already must not plug it in.
-    if (model != m_printer.model())
+    if (model != m_printer.report().model)
         m_printer.plugIn(model);
 }
 

@@ -1,8 +1,9 @@
 #include "demo/print_sample.h"
 
 #include "app/globals/model.h"
-#include "content/edit_main_window.h"
+#include "content/page/edit_main_window.h"
 #include "demo/sample_page.h"
+#include "device/packet_analysis.h"
 #include "device/printer_thread.h"
 #include "device/printer_win.h"
 #include "simulator/simulated_port.h"
@@ -11,6 +12,8 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QTextStream>
+
+#include <algorithm>
 
 namespace {
 
@@ -40,14 +43,13 @@ bool connectPrinter()
     const unsigned char* bytes = printerConnection()->read(&length, &result);
     if (!bytes || result != 0)
         return false;
-    const auto reply = QByteArray::fromRawData(reinterpret_cast<const char*>(bytes), length);
-    for (const QString& name : g_modelNames) {
-        if (reply.contains(name.toLatin1())) {
-            g_modelIndex = modelIndex(name);
-            g_modelConfirmed = true;
-        }
-    }
-    return g_modelConfirmed;
+    const QVector<PacketTrace> replies = analysePackets(bytes, length);
+    return std::any_of(replies.begin(), replies.end(), [](const PacketTrace& trace) {
+        if (!trace.isWhole() || trace.code != ReplyModel)
+            return false;
+        takeReportedModel(trace.report->text);
+        return true;
+    });
 }
 
 /// Prints the page and waits for the job's end.
@@ -90,13 +92,14 @@ int printSample(SimulatedPrinter::Model model, const QString& paperFile)
     const QString failure = printPage(page);
     if (!failure.isEmpty())
         return fail(failure);
-    if (printer.crcErrorCount() != 0)
-        return fail(QStringLiteral("%1 frames arrived damaged").arg(printer.crcErrorCount()));
+    const PrinterReport report = printer.report();
+    if (report.crcErrors != 0)
+        return fail(QStringLiteral("%1 frames arrived damaged").arg(report.crcErrors));
 
     const QImage paper = printer.paper();
     if (!paper.save(paperFile, "PNG"))
         return fail(QStringLiteral("cannot write %1").arg(QDir::toNativeSeparators(paperFile)));
-    out() << "Frames: " << printer.frameCount() << ", all with the right CRC" << Qt::endl
+    out() << "Frames: " << report.frames << ", all with the right CRC" << Qt::endl
           << "Paper: " << paper.width() << " x " << paper.height() << " dots, "
           << QDir::toNativeSeparators(QFileInfo(paperFile).absoluteFilePath()) << Qt::endl;
     return 0;

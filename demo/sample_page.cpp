@@ -1,6 +1,6 @@
 #include "demo/sample_page.h"
 
-#include "content/edit_main_window.h"
+#include "content/page/edit_main_window.h"
 #include "demo/landscape.h"
 
 #include <QTextCursor>

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <memory>
 
 // The frames that the client sends. Every frame is payload + 10 bytes, multi-byte fields little-endian:
 // 0x02, command, tag, 16-bit length, payload, 32-bit CRC of the payload, 0x03. docs/protocol.md has the whole wire.
@@ -66,18 +64,3 @@ void buildCommandFrame(unsigned char* out, unsigned char code, std::uint16_t val
 /// Writes the frame of kSetKeyFrameSize bytes that hands `newKey` to the device. It does not depend on the current
 /// key.
 void buildSetKeyFrame(unsigned char* out, std::uint32_t newKey);
-
-/// Packed dots, eight to a byte, most significant bit leftmost, 1 is burnt; lines follow each other without padding.
-struct Raster
-{
-    std::unique_ptr<unsigned char[]> bytes; ///< null: the picture was refused. Not null for a picture without rows.
-    int size = 0;                           ///< bytes
-};
-
-/// Packs a black-and-white picture.
-/// @param pixels  width × height bytes, 0 is black, owned by the caller. Each is replaced by its logical negation, so
-///                that 1 then means a dot to burn; untouched when the picture is refused.
-/// @param width   dots a row; has to be printHeadWidth()
-/// @param height  rows, 0 or more
-/// @return        (width / 8) × height bytes; refused for null pixels, another width, a negative height or no memory
-Raster packRaster(unsigned char* pixels, int width, int height);

@@ -2,6 +2,7 @@
 
 #include "device/packet.h"
 #include "device/printer_win.h"
+#include "device/raster.h"
 #include "imaging/binarize.h"
 #include "imaging/conversion.h"
 #include "imaging/halftone.h"

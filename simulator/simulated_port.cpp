@@ -101,8 +101,8 @@ port* simulatedPort()
 int openSimulatedPort()
 {
     SimulatedPrinter& printer = simulatedPrinter();
-    if (!printer.isPluggedIn())
+    if (!printer.report().pluggedIn)
         return SimulatedPrinter::kUnplugged;
-    s_connection = printer.plugging();
+    s_connection = printer.report().plugging;
     return 0;
 }

@@ -46,7 +46,7 @@ int SimulatedPrinter::receive(const unsigned char* data, int length, int pluggin
             return kUnplugged;
         if (m_faults.refusingWrites || m_faults.outHalted)
             return kRefused;
-        if (m_faults.holdingBack)
+        if (m_faults.bytesUntilHolding == 0)
             return 0;
         const qint64 linesBefore = m_roll.lineCount();
         result = takeBytes(data, length, &received);
@@ -68,10 +68,8 @@ int SimulatedPrinter::takeBytes(const unsigned char* data, int length, QVector<F
     const int taken = leaves ? static_cast<int>(m_faults.bytesUntilGone) : length;
     if (m_faults.bytesUntilGone >= 0)
         m_faults.bytesUntilGone -= taken;
-    if (m_faults.bytesUntilHolding >= 0) {
+    if (m_faults.bytesUntilHolding >= 0)
         m_faults.bytesUntilHolding = std::max<qint64>(0, m_faults.bytesUntilHolding - taken);
-        m_faults.holdingBack = m_faults.bytesUntilHolding == 0;
-    }
     m_decoder.append(data, taken);
     handleFrames(received);
     if (leaves)

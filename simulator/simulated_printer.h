@@ -34,6 +34,44 @@ struct PaperLook
     QImage picture;           ///< as SimulatedPrinter::paper() gives it
 };
 
+/// What is wrong with the device, until it is told otherwise or reset.
+struct PrinterFaults
+{
+    bool refusingWrites = false;
+    bool silent = false; ///< obeys, but answers nothing
+    bool failingPrepare = false;
+    bool outHalted = false; ///< that endpoint refuses everything until its halt is cleared
+    bool inHalted = false;
+    /// It unplugs itself once it has taken so many further bytes; the write that would go beyond them fails, but the
+    /// bytes up to there have arrived. Negative: it stays.
+    qint64 bytesUntilGone = -1;
+    /// It takes so many further bytes and what comes with the last of them; then it takes nothing, and loses nothing,
+    /// as out of paper with a full buffer. Negative: it never holds back.
+    qint64 bytesUntilHolding = -1;
+};
+
+/// What one sees of the device at one moment.
+struct PrinterReport
+{
+    enum class Model { K1, K2 };
+    /// What the device reports in its status byte. Other than Ready, it takes jobs and feeds but no paper moves.
+    enum class Condition : quint8 { Ready = 0, PaperOut = 1, CoverOpen = 16 };
+
+    Model model = Model::K1;
+    Condition condition = Condition::Ready;
+    PrinterFaults faults;
+    bool pluggedIn = true;
+    int plugging = 0; ///< grows with every plugging in
+    quint32 key = kPowerOnKey;
+    qint64 paperLines = 0; ///< dot lines that came out since the roll was put in
+    qint64 fedLines = 0;   ///< those of them that feeds left blank
+    QVector<int> feeds;    ///< dot lines of each feed command, also the feeds of 0 lines
+    int frames = 0;        ///< frames whose CRC was right
+    int crcErrors = 0;     ///< frames that were whole and had another CRC
+    int keyExchanges = 0;
+    qint64 skippedBytes = 0; ///< bytes that belonged to no frame
+};
+
 /// A printer in software: the device's side of the wire, and its paper.
 ///
 /// Every function may be called from any thread. The signals come from the thread that called receive(), after the
@@ -43,9 +81,8 @@ class SimulatedPrinter : public QObject
     Q_OBJECT
 
 public:
-    enum class Model { K1, K2 };
-    /// What the device reports in its status byte. Other than Ready, it takes jobs and feeds but no paper moves.
-    enum class Condition : quint8 { Ready = 0, PaperOut = 1, CoverOpen = 16 };
+    using Model = PrinterReport::Model;
+    using Condition = PrinterReport::Condition;
     enum class Endpoint { In, Out }; ///< as the client sees them
 
     // Errors of the wire; all negative, as a port reports them.
@@ -66,7 +103,7 @@ public:
 
     /// Takes bytes as a bulk OUT endpoint brings them, cut anywhere.
     /// @param data      `length` bytes
-    /// @param plugging  value of plugging() that the caller's connection was opened with; an older one is dead
+    /// @param plugging  `plugging` of the report that the caller's connection was opened with; an older one is dead
     /// @return          bytes taken: all of them, or none while it holds back; kUnplugged, kRefused or kBadArgument
     int receive(const unsigned char* data, int length, int plugging = kAnyPlugging);
     /// Hands over what the device wants to say, replies joined and cut as `capacity` demands. Returns at once.
@@ -92,31 +129,21 @@ public:
     void plugIn();
     /// Plugs in a device of this model, with a new roll when it is another model.
     void plugIn(Model model);
-    /// Unplugs itself once it has taken this many further bytes. The write that would go beyond them fails, but the
-    /// bytes up to there have arrived.
-    void goAwayAfter(qint64 bytes);
-    void setRefusingWrites(bool refusing);
-    void setSilent(bool silent); ///< obeys, but answers nothing
-    /// Has no room for more, as out of paper with a full buffer: takes nothing, and loses nothing.
-    void setHoldingBack(bool holdingBack);
-    /// Takes this many further bytes, whether it held back or not, and what comes with the last of them; then holds
-    /// back.
-    void holdBackAfter(qint64 bytes);
-    void halt(Endpoint endpoint); ///< that endpoint refuses everything until its halt is cleared
+    /// Changes what is wrong with the device, between two transfers.
+    /// @param change  takes PrinterFaults& and calls no function of the printer
+    template <class Change>
+    void fault(Change change)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        change(m_faults);
+    }
     /// Sends something that nobody asked for, right or wrong, as one reply.
     void say(const QByteArray& bytes);
-    void setFailingPrepare(bool failing);
     void setCondition(Condition condition);
 
     // What one sees of it.
 
-    bool isPluggedIn() const;
-    int plugging() const; ///< grows with every plugging in
-    Model model() const;
-    Condition condition() const;
-    bool isHalted(Endpoint endpoint) const;
-    quint32 key() const;
-
+    PrinterReport report() const;
     /// The paper from line `firstLine` on, numbered from 0 for a new roll, feeds included: head width × lines, black
     /// dots on white, Format_Mono whose colour 1 is black. The roll keeps PaperRoll::kKeptLines lines; null when
     /// there are none. A copy: cheap for the tail, costly for a long roll.
@@ -124,16 +151,10 @@ public:
     /// The same for at most `lines` lines, with the facts that tell which lines they are. Cheap for a screenful
     /// anywhere on the roll; for none it gives the facts alone.
     PaperLook lookAtPaper(qint64 firstLine, int lines) const;
-    qint64 paperLines() const; ///< dot lines that came out since the roll was put in
     /// Bytes of the lines that jobs burnt, headDots / 8 a line; no feeds, no self-test page.
     QByteArray jobLines() const;
-    qint64 fedLines() const;    ///< blank dot lines since the roll was put in
-    QVector<int> feeds() const; ///< dot lines of each feed command, also the feeds of 0 lines
-    int frameCount() const;     ///< frames whose CRC was right
-    int crcErrorCount() const;  ///< frames that were whole and had another CRC
-    int keyExchangeCount() const;
-    qint64 skippedBytes() const;                               ///< bytes that belonged to no frame
-    QVector<FrameRecord> frames(qint64 firstNumber = 0) const; ///< the remembered ones from this number on
+    /// The remembered frames from this number on.
+    QVector<FrameRecord> frames(qint64 firstNumber = 0) const;
 
 signals:
     void frameReceived(const FrameRecord& frame);
@@ -142,17 +163,6 @@ signals:
     void conditionChanged();
 
 private:
-    struct Faults
-    {
-        bool refusingWrites = false;
-        bool silent = false;
-        bool failingPrepare = false;
-        bool holdingBack = false;
-        bool outHalted = false;
-        bool inHalted = false;
-        qint64 bytesUntilGone = -1;    ///< negative: it stays
-        qint64 bytesUntilHolding = -1; ///< negative: it goes on
-    };
     struct Counts
     {
         int frames = 0;
@@ -183,7 +193,7 @@ private:
     mutable std::mutex m_mutex; ///< not QMutex: the thread sanitizer does not see into an uninstrumented Qt
     Model m_model;
     Condition m_condition = Condition::Ready;
-    Faults m_faults;
+    PrinterFaults m_faults;
     Counts m_counts;
     bool m_pluggedIn = true;
     int m_plugging = 0;

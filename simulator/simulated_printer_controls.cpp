@@ -3,16 +3,6 @@
 
 #include <algorithm>
 
-namespace {
-
-template <typename T>
-QVector<T> asVector(const std::deque<T>& records)
-{
-    return QVector<T>(records.begin(), records.end());
-}
-
-} // namespace
-
 int SimulatedPrinter::headDots(Model model)
 {
     return model == Model::K2 ? 576 : 384;
@@ -40,7 +30,7 @@ void SimulatedPrinter::reset(Model model)
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_model = model;
         m_condition = Condition::Ready;
-        m_faults = Faults();
+        m_faults = PrinterFaults();
         m_counts = Counts();
         m_decoder = FrameDecoder();
         putInRoll();
@@ -93,50 +83,6 @@ void SimulatedPrinter::plugIn(Model model)
         emit paperChanged();
 }
 
-void SimulatedPrinter::goAwayAfter(qint64 bytes)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_faults.bytesUntilGone = bytes;
-}
-
-void SimulatedPrinter::setRefusingWrites(bool refusing)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_faults.refusingWrites = refusing;
-}
-
-void SimulatedPrinter::setSilent(bool silent)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_faults.silent = silent;
-}
-
-void SimulatedPrinter::setFailingPrepare(bool failing)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_faults.failingPrepare = failing;
-}
-
-void SimulatedPrinter::setHoldingBack(bool holdingBack)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_faults.holdingBack = holdingBack;
-    m_faults.bytesUntilHolding = -1;
-}
-
-void SimulatedPrinter::holdBackAfter(qint64 bytes)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_faults.holdingBack = bytes == 0;
-    m_faults.bytesUntilHolding = bytes;
-}
-
-void SimulatedPrinter::halt(Endpoint endpoint)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    (endpoint == Endpoint::Out ? m_faults.outHalted : m_faults.inHalted) = true;
-}
-
 void SimulatedPrinter::say(const QByteArray& bytes)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -154,40 +100,24 @@ void SimulatedPrinter::setCondition(Condition condition)
     emit conditionChanged();
 }
 
-bool SimulatedPrinter::isPluggedIn() const
+PrinterReport SimulatedPrinter::report() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_pluggedIn;
-}
-
-int SimulatedPrinter::plugging() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_plugging;
-}
-
-SimulatedPrinter::Model SimulatedPrinter::model() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_model;
-}
-
-SimulatedPrinter::Condition SimulatedPrinter::condition() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_condition;
-}
-
-bool SimulatedPrinter::isHalted(Endpoint endpoint) const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return endpoint == Endpoint::Out ? m_faults.outHalted : m_faults.inHalted;
-}
-
-quint32 SimulatedPrinter::key() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_key;
+    PrinterReport report;
+    report.model = m_model;
+    report.condition = m_condition;
+    report.faults = m_faults;
+    report.pluggedIn = m_pluggedIn;
+    report.plugging = m_plugging;
+    report.key = m_key;
+    report.paperLines = m_roll.lineCount();
+    report.fedLines = m_roll.fedLines();
+    report.feeds = QVector<int>(m_feeds.begin(), m_feeds.end());
+    report.frames = m_counts.frames;
+    report.crcErrors = m_counts.crcErrors;
+    report.keyExchanges = m_counts.keyExchanges;
+    report.skippedBytes = m_decoder.skippedBytes();
+    return report;
 }
 
 QImage SimulatedPrinter::paper(qint64 firstLine) const
@@ -209,52 +139,10 @@ PaperLook SimulatedPrinter::lookAtPaper(qint64 firstLine, int lines) const
     return look;
 }
 
-qint64 SimulatedPrinter::paperLines() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_roll.lineCount();
-}
-
 QByteArray SimulatedPrinter::jobLines() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_roll.jobLines();
-}
-
-qint64 SimulatedPrinter::fedLines() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_roll.fedLines();
-}
-
-QVector<int> SimulatedPrinter::feeds() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return asVector(m_feeds);
-}
-
-int SimulatedPrinter::frameCount() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_counts.frames;
-}
-
-int SimulatedPrinter::crcErrorCount() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_counts.crcErrors;
-}
-
-int SimulatedPrinter::keyExchangeCount() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_counts.keyExchanges;
-}
-
-qint64 SimulatedPrinter::skippedBytes() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_decoder.skippedBytes();
 }
 
 QVector<FrameRecord> SimulatedPrinter::frames(qint64 firstNumber) const

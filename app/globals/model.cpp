@@ -5,13 +5,23 @@ std::atomic<qint32> g_modelIndex{0};
 std::atomic<bool> g_modelConfirmed{false};
 
 namespace {
+constexpr int kWiderHead = 1; // model index
 constexpr int kHeadWidthK1 = 384;
 constexpr int kHeadWidthK2 = 576;
 } // namespace
 
+bool takeReportedModel(const QString& name)
+{
+    if (name != modelName(kWiderHead))
+        return false;
+    g_modelConfirmed = true;
+    g_modelIndex = kWiderHead;
+    return true;
+}
+
 int printHeadWidth()
 {
-    return g_modelIndex == 1 ? kHeadWidthK2 : kHeadWidthK1;
+    return g_modelIndex == kWiderHead ? kHeadWidthK2 : kHeadWidthK1;
 }
 
 QString modelName(int index)

@@ -14,6 +14,11 @@ extern std::atomic<qint32> g_modelIndex;
 /// g_modelIndex. Any thread reads and writes it without a lock.
 extern std::atomic<bool> g_modelConfirmed;
 
+/// Takes the model that the device reports of itself. Only the wider head's name counts: the other is what the client
+/// assumes unasked, so it confirms nothing and is asked for again. Any thread.
+/// @return whether the name counted
+bool takeReportedModel(const QString& name);
+
 /// Dots in one printed line: 576 for model index 1, 384 for every other value.
 int printHeadWidth();
 

@@ -1,4 +1,4 @@
-#include "content/glyph_button.h"
+#include "app/widgets/glyph_button.h"
 
 #include <QStyle>
 #include <QStyleOptionToolButton>

@@ -1,4 +1,4 @@
-#include "content/light_palette.h"
+#include "app/widgets/light_palette.h"
 
 QPalette lightPalette()
 {

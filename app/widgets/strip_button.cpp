@@ -1,4 +1,4 @@
-#include "content/strip_button.h"
+#include "app/widgets/strip_button.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,7 +1,7 @@
-#include "content/capture_screen.h"
+#include "content/capture/capture_screen.h"
 
-#include "content/capture_screen_window.h"
-#include "content/capture_selection.h"
+#include "content/capture/capture_screen_window.h"
+#include "content/capture/capture_selection.h"
 
 #include <QBuffer>
 #include <QCloseEvent>

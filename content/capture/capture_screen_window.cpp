@@ -1,4 +1,4 @@
-#include "content/capture_screen_window.h"
+#include "content/capture/capture_screen_window.h"
 
 #include "ui_capture_screen_window.h"
 

@@ -1,4 +1,4 @@
-#include "content/capture_selection.h"
+#include "content/capture/capture_selection.h"
 
 #include <algorithm>
 

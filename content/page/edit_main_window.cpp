@@ -1,11 +1,11 @@
-#include "content/edit_main_window.h"
+#include "content/page/edit_main_window.h"
 
 #include "app/globals/model.h"
-#include "content/editor_actions.h"
-#include "content/light_palette.h"
-#include "content/page_editor.h"
-#include "content/page_renderer.h"
-#include "content/picture_insertion.h"
+#include "app/widgets/light_palette.h"
+#include "content/page/editor_actions.h"
+#include "content/page/page_editor.h"
+#include "content/page/page_renderer.h"
+#include "content/page/picture_insertion.h"
 
 #include <QAction>
 #include <QDateTime>

@@ -1,7 +1,7 @@
-#include "content/editor_actions.h"
+#include "content/page/editor_actions.h"
 
-#include "content/glyph_button.h"
-#include "content/text_runs.h"
+#include "app/widgets/glyph_button.h"
+#include "content/page/text_runs.h"
 
 #include <QMenu>
 #include <QTextDocument>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "content/toolbar_icons.h"
+#include "content/page/toolbar_icons.h"
 
 #include <QAction>
 #include <QList>

@@ -1,7 +1,7 @@
-#include "content/page_editor.h"
+#include "content/page/page_editor.h"
 
-#include "content/pasted_page.h"
-#include "content/picture_insertion.h"
+#include "content/page/pasted_page.h"
+#include "content/page/picture_insertion.h"
 
 #include <QDateTime>
 #include <QMimeData>

@@ -1,4 +1,4 @@
-#include "content/page_renderer.h"
+#include "content/page/page_renderer.h"
 
 #include <QPixmap>
 #include <QScrollBar>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "content/page_scaling.h"
+#include "content/page/page_scaling.h"
 
 #include <QImage>
 

@@ -1,4 +1,4 @@
-#include "content/page_scaling.h"
+#include "content/page/page_scaling.h"
 
 #include <QTransform>
 

@@ -1,7 +1,7 @@
-#include "content/pasted_page.h"
+#include "content/page/pasted_page.h"
 
-#include "content/page_scaling.h"
-#include "content/text_runs.h"
+#include "content/page/page_scaling.h"
+#include "content/page/text_runs.h"
 
 #include <QBuffer>
 #include <QCryptographicHash>

@@ -1,6 +1,6 @@
-#include "content/picture_insertion.h"
+#include "content/page/picture_insertion.h"
 
-#include "content/page_scaling.h"
+#include "content/page/page_scaling.h"
 
 #include <QDebug>
 #include <QScrollBar>

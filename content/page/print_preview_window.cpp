@@ -1,4 +1,4 @@
-#include "content/print_preview_window.h"
+#include "content/page/print_preview_window.h"
 
 PrintPreviewWindow::PrintPreviewWindow(QWidget* parent)
     : QWidget(parent)

@@ -1,4 +1,4 @@
-#include "content/text_runs.h"
+#include "content/page/text_runs.h"
 
 #include <QFontInfo>
 #include <QTextBlock>

@@ -1,4 +1,4 @@
-#include "content/toolbar_icons.h"
+#include "content/page/toolbar_icons.h"
 
 #include <QIconEngine>
 #include <QPainter>

@@ -1,11 +1,11 @@
-#include "device/diagnostics/test_device_command_window.h"
+#include "device/diagnostics/device_command_window.h"
 
 #include "device/diagnostics/command_sender.h"
 #include "device/diagnostics/diagnostic_commands.h"
+#include "device/diagnostics/diagnostic_item.h"
 #include "device/diagnostics/diagnostic_list.h"
-#include "device/diagnostics/test_main_item.h"
 #include "device/printer_win.h"
-#include "ui_test_device_command_window.h"
+#include "ui_device_command_window.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,13 +1,13 @@
-#include "device/diagnostics/test_main_window.h"
+#include "device/diagnostics/diagnostic_hub.h"
 
 #include "app/language/language_window.h"
-#include "cloud/test_network_window.h"
+#include "device/diagnostics/device_command_window.h"
+#include "device/diagnostics/diagnostic_item.h"
 #include "device/diagnostics/diagnostic_list.h"
-#include "device/diagnostics/test_device_command_window.h"
-#include "device/diagnostics/test_main_item.h"
-#include "device/diagnostics/test_send_empty_line.h"
-#include "ui_test_main_window.h"
-#include "update/test_upgrade_window.h"
+#include "device/diagnostics/empty_line_window.h"
+#include "device/diagnostics/network_window.h"
+#include "device/diagnostics/upgrade_window.h"
+#include "ui_diagnostic_hub.h"
 
 #include <QEvent>
 

@@ -1,6 +1,6 @@
-#include "device/diagnostics/test_main_item.h"
+#include "device/diagnostics/diagnostic_item.h"
 
-#include "ui_test_main_item.h"
+#include "ui_diagnostic_item.h"
 
 TestMainItem::TestMainItem(QWidget* parent)
     : QWidget(parent)

@@ -1,6 +1,6 @@
 #include "device/diagnostics/diagnostic_list.h"
 
-#include "device/diagnostics/test_main_item.h"
+#include "device/diagnostics/diagnostic_item.h"
 
 void addDiagnosticItem(QListWidget* list)
 {

@@ -1,8 +1,8 @@
-#include "device/diagnostics/test_send_empty_line.h"
+#include "device/diagnostics/empty_line_window.h"
 
 #include "device/diagnostics/command_sender.h"
 #include "device/printer_win.h"
-#include "ui_test_send_empty_line.h"
+#include "ui_empty_line_window.h"
 
 #include <QEvent>
 #include <QRegularExpressionValidator>

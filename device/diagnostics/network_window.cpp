@@ -1,8 +1,8 @@
-#include "cloud/test_network_window.h"
+#include "device/diagnostics/network_window.h"
 
 #include "cloud/get_sw_version_api.h"
 #include "cloud/login_api.h"
-#include "ui_test_network_window.h"
+#include "ui_network_window.h"
 
 #include <QEvent>
 #include <QFontDatabase>

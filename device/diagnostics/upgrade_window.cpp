@@ -1,6 +1,6 @@
-#include "update/test_upgrade_window.h"
+#include "device/diagnostics/upgrade_window.h"
 
-#include "ui_test_upgrade_window.h"
+#include "ui_upgrade_window.h"
 #include "update/upgrade_app_window.h"
 
 #include <QEvent>

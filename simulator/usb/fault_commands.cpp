@@ -1,4 +1,4 @@
-#include "tests/usb/fault_commands.h"
+#include "simulator/usb/fault_commands.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -54,14 +54,24 @@ const QVector<FaultCommands::Row>& FaultCommands::rows()
         };
         row("plug", kNone, kOut, [](Self& s, const Text&) { s.m_printer.plugIn(); });
         row("unplug", kNone, kIn, [](Self& s, const Text&) { s.m_printer.unplug(); });
-        row("unplug after", kBytes, kIn, [](Self& s, const Text& bytes) { s.m_printer.goAwayAfter(bytes.toInt()); });
-        row("nak", kNone, kAny, [](Self& s, const Text&) { s.m_printer.setHoldingBack(true); });
-        row("nak after", kBytes, kAny, [](Self& s, const Text& bytes) { s.m_printer.holdBackAfter(bytes.toInt()); });
-        row("nak off", kNone, kAny, [](Self& s, const Text&) { s.m_printer.setHoldingBack(false); });
-        row("stall in", kNone, kIn, [](Self& s, const Text&) { s.m_printer.halt(Endpoint::In); });
-        row("stall out", kNone, kIn, [](Self& s, const Text&) { s.m_printer.halt(Endpoint::Out); });
-        row("mute", kNone, kAny, [](Self& s, const Text&) { s.m_printer.setSilent(true); });
-        row("mute off", kNone, kAny, [](Self& s, const Text&) { s.m_printer.setSilent(false); });
+        row("unplug after", kBytes, kIn, [](Self& s, const Text& bytes) {
+            s.m_printer.fault([&](auto& faults) { faults.bytesUntilGone = bytes.toInt(); });
+        });
+        row("nak", kNone, kAny,
+            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.bytesUntilHolding = 0; }); });
+        row("nak after", kBytes, kAny, [](Self& s, const Text& bytes) {
+            s.m_printer.fault([&](auto& faults) { faults.bytesUntilHolding = bytes.toInt(); });
+        });
+        row("nak off", kNone, kAny,
+            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.bytesUntilHolding = -1; }); });
+        row("stall in", kNone, kIn,
+            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.inHalted = true; }); });
+        row("stall out", kNone, kIn,
+            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.outHalted = true; }); });
+        row("mute", kNone, kAny,
+            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.silent = true; }); });
+        row("mute off", kNone, kAny,
+            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.silent = false; }); });
         row("no zlp", kNone, kAny, [](Self& s, const Text&) { s.m_bus.faults().noZeroLengthPacket = true; });
         row("no zlp off", kNone, kAny, [](Self& s, const Text&) { s.m_bus.faults().noZeroLengthPacket = false; });
         row("hold", kNone, kAny, [](Self& s, const Text&) { s.m_bus.faults().heldElsewhere = true; });
@@ -125,7 +135,7 @@ QString FaultCommands::usage(const QString& firstWord)
 
 QString FaultCommands::carryOut(const Row& row, const QString& argument)
 {
-    const bool pluggedIn = m_printer.isPluggedIn();
+    const bool pluggedIn = m_printer.report().pluggedIn;
     if (row.needs == Needs::PluggedIn && !pluggedIn)
         return QStringLiteral("nothing done: the printer is unplugged");
     if (row.needs == Needs::Unplugged && pluggedIn)
@@ -151,7 +161,7 @@ void FaultCommands::setUsblp(bool there)
 
 void FaultCommands::plugIn(Model model)
 {
-    if (m_printer.isPluggedIn() && m_printer.model() == model)
+    if (m_printer.report().pluggedIn && m_printer.report().model == model)
         m_answer = QStringLiteral("nothing done: a %1 is plugged in").arg(nameOf(model));
     else
         m_printer.plugIn(model);
@@ -177,10 +187,11 @@ void FaultCommands::writePaper(const QString& file)
 
 void FaultCommands::tellStatus()
 {
+    const PrinterReport report = m_printer.report();
     m_answer = QStringLiteral("%1, %2, frames %3, damaged frames %4, lines %5, key exchanges %6")
-                   .arg(m_printer.isPluggedIn() ? "plugged in" : "unplugged", nameOf(m_printer.model()))
-                   .arg(m_printer.frameCount())
-                   .arg(m_printer.crcErrorCount())
-                   .arg(m_printer.paperLines())
-                   .arg(m_printer.keyExchangeCount());
+                   .arg(report.pluggedIn ? "plugged in" : "unplugged", nameOf(report.model))
+                   .arg(report.frames)
+                   .arg(report.crcErrors)
+                   .arg(report.paperLines)
+                   .arg(report.keyExchanges);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/usb/virtual_usb_printer.h"
+#include "simulator/usb/virtual_usb_printer.h"
 
 #include <QString>
 #include <QVector>

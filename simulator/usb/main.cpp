@@ -1,4 +1,4 @@
-#include "tests/usb/fault_commands.h"
+#include "simulator/usb/fault_commands.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

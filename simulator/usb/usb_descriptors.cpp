@@ -1,4 +1,4 @@
-#include "tests/usb/usb_descriptors.h"
+#include "simulator/usb/usb_descriptors.h"
 
 namespace {
 

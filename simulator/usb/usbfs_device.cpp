@@ -1,4 +1,4 @@
-#include "tests/usb/usbfs_device.h"
+#include "simulator/usb/usbfs_device.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -58,7 +58,7 @@ UsbfsDevice::UsbfsDevice(SimulatedPrinter& printer, const UsbFaults& faults, con
     , m_faults(faults)
     , m_packetBytes(shape.packetBytes())
     , m_settingWithEndpoints(static_cast<unsigned>(shape.alternateSetting))
-    , m_plugging(printer.plugging())
+    , m_plugging(printer.report().plugging)
     , m_handler(umockdev_ioctl_base_new())
     , m_usblpBound(faults.usblp.load())
 {
@@ -259,7 +259,7 @@ void UsbfsDevice::moveOut(Transfer* transfer)
 /// A transfer into the host ends with its last byte or with a packet that is not full.
 void UsbfsDevice::moveIn(Transfer* transfer)
 {
-    if (m_printer.isHalted(Endpoint::In))
+    if (m_printer.report().faults.inHalted)
         return end(transfer, -EPIPE);
     while (transfer->done < transfer->length && hasNextPacket()) {
         const QByteArray packet = m_reply.left(m_packetBytes);

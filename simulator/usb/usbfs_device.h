@@ -4,7 +4,7 @@
 #include <umockdev.h>
 
 #include "simulator/simulated_printer.h"
-#include "tests/usb/usb_descriptors.h"
+#include "simulator/usb/usb_descriptors.h"
 
 #include <atomic>
 #include <memory>

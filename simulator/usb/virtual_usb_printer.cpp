@@ -1,4 +1,4 @@
-#include "tests/usb/virtual_usb_printer.h"
+#include "simulator/usb/virtual_usb_printer.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,7 +41,7 @@ VirtualUsbPrinter::VirtualUsbPrinter(SimulatedPrinter& printer)
     QDir().mkpath(m_root + kBusFolder);
     QDir().mkpath(m_root + "/dev/bus/usb/001");
     connect(&printer, &SimulatedPrinter::pluggedInChanged, this, &VirtualUsbPrinter::mirror, Qt::DirectConnection);
-    if (printer.isPluggedIn())
+    if (printer.report().pluggedIn)
         mirror(true);
 }
 

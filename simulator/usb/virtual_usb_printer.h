@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/usb/usb_descriptors.h"
-#include "tests/usb/usbfs_device.h"
+#include "simulator/usb/usb_descriptors.h"
+#include "simulator/usb/usbfs_device.h"
 
 #include <memory>
 #include <mutex>

@@ -1,9 +1,9 @@
 #include "shell_fixture.h"
 
-#include "content/capture_screen.h"
-#include "content/edit_main_window.h"
-#include "content/picture_insertion.h"
-#include "content/text_runs.h"
+#include "content/capture/capture_screen.h"
+#include "content/page/edit_main_window.h"
+#include "content/page/picture_insertion.h"
+#include "content/page/text_runs.h"
 
 #include <QPointer>
 #include <QTextEdit>

@@ -148,7 +148,7 @@ void ClientTest::initTestCase()
     QTest::keyClicks(client->focusWidget(), kTyped);
     QTest::keyClick(client->focusWidget(), Qt::Key_V, Qt::ControlModifier);
     client.click("printButton");
-    QTRY_VERIFY(printer().feeds().contains(300));
+    QTRY_VERIFY(printer().report().feeds.contains(300));
     m_page = printer().paper();
     int black = 0;
     for (int i = 0; i < m_page.width() * m_page.height(); ++i)

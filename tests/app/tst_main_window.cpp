@@ -4,8 +4,8 @@
 #include "app/language/language_window.h"
 #include "app/picture_file.h"
 #include "app/welcome_window.h"
-#include "content/edit_main_window.h"
-#include "device/diagnostics/test_main_window.h"
+#include "content/page/edit_main_window.h"
+#include "device/diagnostics/diagnostic_hub.h"
 
 #include <QAction>
 #include <QFileDialog>
@@ -124,10 +124,10 @@ void MainWindowTest::connects()
     QCOMPARE(printHeadWidth(), dots);
     QCOMPARE(printDataFrames(), 0);
     client.click("printButton");
-    QTRY_COMPARE(printer().feeds().contains(300), true);
+    QTRY_COMPARE(printer().report().feeds.contains(300), true);
     QCOMPARE(printer().paper().width(), dots);
     QVERIFY(printer().jobLines().count('\0') < printer().jobLines().size());
-    QCOMPARE(printer().crcErrorCount(), 0);
+    QCOMPARE(printer().report().crcErrors, 0);
     QVERIFY(!shown<QMessageBox>());
 }
 
@@ -152,8 +152,8 @@ void MainWindowTest::tellsOfAFailedJobAndPrintsAfterReplug()
     QTRY_VERIFY(isConnecting());
     QTRY_VERIFY_WITH_TIMEOUT(!isConnecting(), 8000);
     client.click("printButton");
-    QTRY_VERIFY(printer().feeds().contains(300));
-    QCOMPARE(printer().crcErrorCount(), 0);
+    QTRY_VERIFY(printer().report().feeds.contains(300));
+    QCOMPARE(printer().report().crcErrors, 0);
 }
 
 void MainWindowTest::storesTheJobThatComesWhileOneRuns()
@@ -176,7 +176,7 @@ void MainWindowTest::storesTheJobThatComesWhileOneRuns()
     qInstallMessageHandler(previous);
     QVERIFY(logged(QStringLiteral("isRunning wait")));
     client->doPrint(next, 1);
-    QTRY_VERIFY(printer().feeds().count(300) == 2);
+    QTRY_VERIFY(printer().report().feeds.count(300) == 2);
     QCOMPARE(printer().jobLines().size(), (tall.height() + next.height()) * 72); // the stored one never went out
     QVERIFY(!shown<QMessageBox>());
 }

@@ -1,4 +1,4 @@
-#include "content/capture_screen.h"
+#include "content/capture/capture_screen.h"
 
 #include <QImageReader>
 #include <QLabel>

@@ -1,5 +1,5 @@
-#include "content/capture_screen.h"
-#include "content/capture_selection.h"
+#include "content/capture/capture_screen.h"
+#include "content/capture/capture_selection.h"
 
 #include <QPainter>
 #include <QtTest>

@@ -50,14 +50,14 @@ class PaperWindowTest : public QObject
     {
         m_printer->receive(reinterpret_cast<const uchar*>(frame.constData()), frame.size());
     }
-    void feed(int lines) const { send(sealedFrame(0x1A, 0, wireBytes16(quint16(lines)), m_printer->key())); }
+    void feed(int lines) const { send(sealedFrame(0x1A, 0, wireBytes16(quint16(lines)), m_printer->report().key)); }
     void print(int lines)
     {
         for (int i = 0; i < lines; ++i) {
-            QByteArray line(SimulatedPrinter::headDots(m_printer->model()) / 8, '\0');
+            QByteArray line(SimulatedPrinter::headDots(m_printer->report().model) / 8, '\0');
             for (char& dots : line)
                 dots = char((m_dots = m_dots * 1103515245 + 12345) >> 16);
-            send(sealedFrame(0x00, 1, line, m_printer->key()));
+            send(sealedFrame(0x00, 1, line, m_printer->report().key));
         }
     }
     /// Waits until the window shows so many lines, of which those that are missing are printed.
@@ -291,15 +291,15 @@ private slots:
 
         printUpTo(10);
         click("conditionPaperOut");
-        QCOMPARE(m_printer->condition(), Condition::PaperOut);
+        QCOMPARE(m_printer->report().condition, Condition::PaperOut);
         click("conditionCoverOpen");
-        QCOMPARE(m_printer->condition(), Condition::CoverOpen);
+        QCOMPARE(m_printer->report().condition, Condition::CoverOpen);
         QTest::keyClick(button("pluggedIn"), Qt::Key_Space);
         click("modelK2"); // is the one that is there
         QTest::qWait(0);
-        QVERIFY(!m_printer->isPluggedIn());
+        QVERIFY(!m_printer->report().pluggedIn);
         click("modelK1"); // is another one, and comes plugged in
-        QVERIFY(m_printer->isPluggedIn() && m_printer->model() == Model::K1);
+        QVERIFY(m_printer->report().pluggedIn && m_printer->report().model == Model::K1);
         QTRY_COMPARE(m_paper->lineCount(), 0);
     }
 
@@ -344,9 +344,9 @@ private slots:
         const int sent = 3 * FrameLogModel::kKeptRows;
         std::thread job([this, sent] {
             for (int i = 0; i < sent; ++i)
-                send(sealedFrame(0x1A, 0, QByteArray(i % 1000, '\0'), m_printer->key()));
+                send(sealedFrame(0x1A, 0, QByteArray(i % 1000, '\0'), m_printer->report().key));
         });
-        QTRY_COMPARE(m_printer->frameCount(), sent);
+        QTRY_COMPARE(m_printer->report().frames, sent);
         job.join();
         QTRY_COMPARE(length(rows() - 1), (sent - 1) % 1000);
         QCOMPARE(rows(), FrameLogModel::kKeptRows);

@@ -1,4 +1,5 @@
 #include "device/crc32.h"
+#include "device/raster.h"
 #include "tests/device/printer_fixture.h"
 
 #include <zlib.h>

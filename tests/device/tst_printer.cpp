@@ -36,7 +36,7 @@ private slots:
         QVERIFY(m_printer->sendCommand(CommandGetStatus) > 0); // with the key that both ends start with
         QVERIFY(m_printer->connectUsb());
         QCOMPARE(newFrames(), QString("c:2 18:4 1a:2 6:2"));
-        QCOMPARE(simulatedPrinter().feeds(), QVector<int>{0});
+        QCOMPARE(simulatedPrinter().report().feeds, QVector<int>{0});
         QVERIFY(g_modelIndex == 0 && !g_modelConfirmed);
         QVERIFY(m_printer->connectUsb()); // asks again until the model is known
         QCOMPARE(newFrames(), QString("6:2"));
@@ -54,7 +54,7 @@ private slots:
         QVERIFY(m_printer->connectUsb());
         QCOMPARE(newFrames(), QString("18:4 1a:2 6:2"));
         QVERIFY(currentCrcKey() != firstKey && firstKey != kDefaultCrcKey && g_modelIndex == 0);
-        simulatedPrinter().setFailingPrepare(true);
+        simulatedPrinter().fault([](auto& faults) { faults.failingPrepare = true; });
         QVERIFY(m_printer->initPrinter() < 0 && !g_printerReady);
     }
 
@@ -64,14 +64,15 @@ private slots:
             init();
             if (fault == "absent")
                 simulatedPrinter().unplug();
-            simulatedPrinter().setFailingPrepare(fault == "prepare");
-            simulatedPrinter().setRefusingWrites(fault == "write");
-            simulatedPrinter().goAwayAfter(fault == "gone" ? kSetKeyFrameSize : 1000);
+            simulatedPrinter().fault([&](auto& faults) {
+                faults.failingPrepare = fault == "prepare";
+                faults.refusingWrites = fault == "write";
+                faults.bytesUntilGone = fault == "gone" ? kSetKeyFrameSize : 1000;
+            });
             setModel(1, true);
             QVERIFY2(!m_printer->connectUsb() && g_modelIndex == 0 && !g_modelConfirmed && !g_printerReady, fault);
             QVERIFY2(g_portOpen == (fault != "absent") && m_exchanges->isEmpty(), fault);
-            simulatedPrinter().setFailingPrepare(false);
-            simulatedPrinter().setRefusingWrites(false);
+            simulatedPrinter().fault([](auto& faults) { faults = {}; });
             simulatedPrinter().plugIn();
             QVERIFY2(m_printer->connectUsb() && m_exchanges->size() == 1, fault); // now that the device behaves
         }
@@ -87,13 +88,13 @@ private slots:
                 return;
             other->start();
             const QDeadlineTimer deadline(100);
-            while (simulatedPrinter().keyExchangeCount() == 1 && !deadline.hasExpired())
+            while (simulatedPrinter().report().keyExchanges == 1 && !deadline.hasExpired())
                 QThread::yieldCurrentThread();
         };
         const auto arrival = connect(&simulatedPrinter(), &SimulatedPrinter::frameReceived, arrive);
         QVERIFY(m_printer->connectUsb() && other->wait(10000));
         disconnect(arrival);
-        QCOMPARE(simulatedPrinter().keyExchangeCount(), 1);
+        QCOMPARE(simulatedPrinter().report().keyExchanges, 1);
         QCOMPARE(m_exchanges->size(), 1);
     }
 
@@ -110,7 +111,8 @@ private slots:
         QVERIFY(m_printer->sendRaster(nullptr, 0) == -1 && m_printer->sendRaster(bytesOf(raster), -1) == -1);
         QVERIFY(m_printer->sendPrintData(nullptr, 5) == -1);
         QCOMPARE(m_printer->sendPrintData(bytesOf(raster), kMaxPayload + 1), -1);
-        simulatedPrinter().goAwayAfter(kPrintDataPayload + kFrameOverhead + 500);
+        simulatedPrinter().fault(
+            [&](auto& faults) { faults.bytesUntilGone = kPrintDataPayload + kFrameOverhead + 500; });
         QCOMPARE(m_printer->sendRaster(bytesOf(raster), 3 * kPrintDataPayload), -2);
         QCOMPARE(newFrames(), QString("0:1008")); // stops at the failed piece
         simulatedPrinter().plugIn();

@@ -79,7 +79,7 @@ private slots:
                 QCOMPARE(runJob(picture, printType), kSent);
                 QCOMPARE(picture, before);
                 QVERIFY2(simulatedPrinter().jobLines() == dotsOf(picture, printType), QByteArray::number(printType));
-                QCOMPARE(simulatedPrinter().paperLines(), qint64{28 + 300});
+                QCOMPARE(simulatedPrinter().report().paperLines, qint64{28 + 300});
             }
         }
     }
@@ -89,7 +89,7 @@ private slots:
         QCOMPARE(runJob(QImage(), 1), QStringList({"1", "image is null"}));
         QVERIFY(simulatedPrinter().frames().isEmpty());
         QCOMPARE(runJob(testPicture(576, 8), 1), kNotSent); // for K2, but the model is not known yet
-        QCOMPARE(simulatedPrinter().paperLines(), qint64{0});
+        QCOMPARE(simulatedPrinter().report().paperLines, qint64{0});
 
         const QImage picture = testPicture(384, 8);
         simulatedPrinter().unplug();
@@ -116,7 +116,7 @@ private slots:
             thread.start(); // the stored job, which destruction waits for
         }
         QCOMPARE(simulatedPrinter().jobLines(), dotsOf(first, 1) + dotsOf(second, 0));
-        QCOMPARE(simulatedPrinter().fedLines(), 2 * 300);
+        QCOMPARE(simulatedPrinter().report().fedLines, 2 * 300);
     }
 };
 

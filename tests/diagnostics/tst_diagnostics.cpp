@@ -1,15 +1,15 @@
 #include "app/globals/model.h"
 #include "app/language/language_window.h"
-#include "cloud/test_network_window.h"
-#include "device/diagnostics/test_device_command_window.h"
-#include "device/diagnostics/test_main_window.h"
-#include "device/diagnostics/test_send_empty_line.h"
+#include "device/diagnostics/device_command_window.h"
+#include "device/diagnostics/diagnostic_hub.h"
+#include "device/diagnostics/empty_line_window.h"
+#include "device/diagnostics/network_window.h"
+#include "device/diagnostics/upgrade_window.h"
 #include "device/packet.h"
 #include "device/printer.h"
 #include "device/printer_read_thread.h"
 #include "simulator/simulated_port.h"
 #include "tests/shown_window.h"
-#include "update/test_upgrade_window.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -174,11 +174,11 @@ private slots:
         window.show();
         QCOMPARE(rowText(&window, 0), QString::fromUtf8("打印空白行 100行 :0xff"));
         click(&window, 0);
-        QCOMPARE(printer().feeds(), QVector<int>({0, 0, 100}));
+        QCOMPARE(printer().report().feeds, QVector<int>({0, 0, 100}));
         printer().unplug();
         click(&window, 0);
         click(&window, 1);
-        QCOMPARE(printer().feeds().size(), 3);
+        QCOMPARE(printer().report().feeds.size(), 3);
         QCOMPARE(log(window).count("-----------------------"), 3);
         QVERIFY(!shown<QDialog>());
     }
@@ -251,7 +251,7 @@ private slots:
         window.show();
         QTest::keyClicks(window.findChild<QLineEdit*>(), typed);
         QTest::mouseClick(window.findChild<QPushButton*>(), Qt::LeftButton);
-        QCOMPARE(printer().feeds(), feeds);
+        QCOMPARE(printer().report().feeds, feeds);
     }
 
     /// The port keeps the window waiting: it says so, and what somebody clicks meanwhile is not sent afterwards.
@@ -261,7 +261,7 @@ private slots:
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         click(&window, 0);
-        const int connected = printer().frameCount();
+        const int connected = printer().report().frames;
         auto* notice = window.findChild<QLabel*>("notice");
         auto* viewport = window.findChild<QListWidget*>("list")->viewport();
         const Paintings paintings(notice);
@@ -277,9 +277,9 @@ private slots:
         QVERIFY(said);
         QVERIFY(!notice->isVisible());
         QCoreApplication::processEvents();
-        QCOMPARE(printer().frameCount(), connected + 1);
+        QCOMPARE(printer().report().frames, connected + 1);
         click(&window, 2);
-        QCOMPARE(printer().frameCount(), connected + 2);
+        QCOMPARE(printer().report().frames, connected + 2);
     }
 
     void opensItsWindowsOnce()

@@ -1,7 +1,7 @@
 #include "app/dialogs/qx_message_dialog.h"
 #include "app/globals/settings.h"
 #include "cloud/service_address.h"
-#include "cloud/test_network_window.h"
+#include "device/diagnostics/network_window.h"
 #include "simulator/cloud/service_crypto.h"
 #include "simulator/cloud/simulated_service.h"
 

@@ -1,8 +1,8 @@
 #include "app/globals/model.h"
-#include "content/edit_main_window.h"
-#include "content/editor_actions.h"
-#include "content/picture_insertion.h"
-#include "content/text_runs.h"
+#include "content/page/edit_main_window.h"
+#include "content/page/editor_actions.h"
+#include "content/page/picture_insertion.h"
+#include "content/page/text_runs.h"
 
 #include <QClipboard>
 #include <QDropEvent>

@@ -1,5 +1,5 @@
-#include "content/page_editor.h"
-#include "content/page_renderer.h"
+#include "content/page/page_editor.h"
+#include "content/page/page_renderer.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>

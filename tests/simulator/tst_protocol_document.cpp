@@ -40,8 +40,8 @@ void ProtocolDocumentTest::examples()
             QCOMPARE(printer.takeTransfer(4096).toHex(' '), bytes.toHex(' '));
     }
     QCOMPARE(printer.takeTransfer(4096), QByteArray());
-    QCOMPARE(printer.skippedBytes(), 0);
-    QCOMPARE(printer.crcErrorCount(), 0);
+    QCOMPARE(printer.report().skippedBytes, 0);
+    QCOMPARE(printer.report().crcErrors, 0);
 }
 
 QTEST_APPLESS_MAIN(ProtocolDocumentTest)

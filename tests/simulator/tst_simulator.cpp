@@ -125,7 +125,7 @@ void SimulatorTest::streams()
             frames += QString("%1-%2-%3%4").arg(code).arg(frame.tag).arg(frame.length).arg(frame.crcOk ? "" : "!");
         }
         QTEST(frames.join(' '), "frames");
-        QTEST(int(m_printer.skippedBytes()), "skipped");
+        QTEST(int(m_printer.report().skippedBytes), "skipped");
         QTEST(m_printer.takeReply(4096), "replies");
     }
 }
@@ -158,12 +158,12 @@ void SimulatorTest::jobs()
     write(print(lines.left(80)) + kFeed2 + command(0x1A) + print(lines, kKey1) + print(lines.mid(80)));
     write(command(0x1B) + command(0x06) + command(0x0C));
     QCOMPARE(m_printer.takeReply(4096), kFeed2 + command(0x1A) + command(0x1C, "00") + state);
-    QCOMPARE(m_printer.crcErrorCount(), 1);
+    QCOMPARE(m_printer.report().crcErrors, 1);
     QCOMPARE(m_printer.paper().size(), moves ? QSize(lineBytes * 8, 36) : QSize(0, 0));
     QCOMPARE(bits(m_printer.paper()).left(4 * lineBytes), moves ? picture : QByteArray());
     QCOMPARE(bits(m_printer.paper(4)).count('\xff'), moves ? 2 * lineBytes + 30 * lineBytes / 2 : 0);
-    QCOMPARE(m_printer.fedLines(), moves ? 2 : 0);
-    QCOMPARE(m_printer.feeds(), (QVector<int>{2, 0}));
+    QCOMPARE(m_printer.report().fedLines, moves ? 2 : 0);
+    QCOMPARE(m_printer.report().feeds, (QVector<int>{2, 0}));
     m_printer.setCondition(Condition::Ready);
     write(print(lines)); // what moved no paper is not printed later
     QCOMPARE(m_printer.jobLines(), lines.repeated(moves ? 2 : 1));
@@ -179,7 +179,7 @@ void SimulatorTest::startsAfreshAfterEveryByte()
         init();
         const QByteArray cut = lines.left((left >= 84 ? 48 : 0) + (left >= 130 ? 48 : 0));
         QSignalSpy plugs(&m_printer, &SimulatedPrinter::pluggedInChanged);
-        m_printer.goAwayAfter(left);
+        m_printer.fault([&](auto& faults) { faults.bytesUntilGone = left; });
         int end = 0;
         for (const QByteArray& frame : job)
             QCOMPARE(write(frame), (end += frame.size()) <= left ? 0 : -4);
@@ -188,14 +188,14 @@ void SimulatorTest::startsAfreshAfterEveryByte()
         QCOMPARE(plugs, (QList<QVariantList>{{false}, {true}}));
         QCOMPARE(write(kSetKey1), -4); // the connection of before stays dead
         QCOMPARE(open(), 0);
-        QCOMPARE(m_printer.key(), kPowerOnKey);
+        QCOMPARE(m_printer.report().key, kPowerOnKey);
         QCOMPARE(write(bytes), 0);
         QCOMPARE(m_printer.takeReply(4096), kFeed0Key1);
         QCOMPARE(m_printer.jobLines(), cut + lines);
 
         QCOMPARE(write(bytes.left(left)), 0);
         QCOMPARE(prepare(), 0);
-        QCOMPARE(m_printer.key(), kKey1);
+        QCOMPARE(m_printer.report().key, kKey1);
         QCOMPARE(write(bytes), 0);
         QCOMPARE(m_printer.takeReply(4096), kFeed0Key1);
         QCOMPARE(bits(m_printer.paper()), cut + lines + cut + lines);
@@ -215,21 +215,21 @@ void SimulatorTest::refusesAndRecovers()
     QCOMPARE(m_usb->read(m_usb, nullptr, 0, 1, &count), -2);
 
     QCOMPARE(write(kFeed2 + kFeed2), 0);
-    m_printer.setRefusingWrites(true);
+    m_printer.fault([](auto& faults) { faults.refusingWrites = true; });
     QCOMPARE(write(kFeed2), -9);
     QCOMPARE(m_usb->read(m_usb, buffer, 0, 5, &count), 0); // what was answered before can still be read
     QCOMPARE(m_usb->read(m_usb, buffer + count, 0, 64 - count, &count), 0);
     QCOMPARE(QByteArray(reinterpret_cast<char*>(buffer), 24), kFeed2 + kFeed2);
-    m_printer.setRefusingWrites(false);
-    m_printer.setSilent(true);
+    m_printer.fault([](auto& faults) { faults.refusingWrites = false; });
+    m_printer.fault([](auto& faults) { faults.silent = true; });
     QCOMPARE(write(kFeed2), 0);
     QCOMPARE(m_usb->read(m_usb, buffer, 0, 64, &count), kPortTimedOut);
-    m_printer.setFailingPrepare(true);
+    m_printer.fault([](auto& faults) { faults.failingPrepare = true; });
     QCOMPARE(prepare(), -9);
     m_printer.unplug();
     QCOMPARE(prepare(), -4);
 
-    m_printer.setRefusingWrites(true);
+    m_printer.fault([](auto& faults) { faults.refusingWrites = true; });
     m_printer.setCondition(Condition::CoverOpen);
     m_printer.reset();
     QCOMPARE(m_usb->read(m_usb, buffer, 0, 64, &count), -4); // the connection of before
@@ -240,13 +240,13 @@ void SimulatorTest::refusesAndRecovers()
     QCOMPARE(m_printer.paper(2).pixel(0, 0), qRgb(0, 0, 0));
     QCOMPARE(m_printer.paper(2).pixel(7, 0), qRgb(255, 255, 255));
     m_printer.plugIn(Model::K2);
-    QCOMPARE(m_printer.paperLines(), 0); // a roll of its own
+    QCOMPARE(m_printer.report().paperLines, 0); // a roll of its own
 }
 
 void SimulatorTest::memoryIsBounded()
 {
     QCOMPARE(write(kFeed2.repeated(6000)), 0);
-    QCOMPARE(m_printer.feeds().size(), int(SimulatedPrinter::kKeptRecords));
+    QCOMPARE(m_printer.report().feeds.size(), int(SimulatedPrinter::kKeptRecords));
     QCOMPARE(m_printer.takeReply(1 << 20), kFeed2.repeated(5461)); // whole replies, at most 64 KiB
     QCOMPARE(write(kFeed2), 0);
     QCOMPARE(m_printer.takeTransfer(5) + m_printer.takeTransfer(64), kFeed2);
@@ -325,7 +325,7 @@ void SimulatorTest::threadsAtOnce()
     QCOMPARE(failures.load(), 0);
     QCOMPARE(papers, kFrames);
     QCOMPARE(frames.load(), 2 * kFrames);
-    QCOMPARE(m_printer.frameCount(), 2 * kFrames + 1);
+    QCOMPARE(m_printer.report().frames, 2 * kFrames + 1);
     QCOMPARE(m_printer.takeReply(1 << 20), kFeed0Key1.repeated(kFrames));
 }
 
@@ -348,10 +348,10 @@ void SimulatorTest::replugsWhileThreadsWork()
     for (int replugs = 1; replugs <= 50; ++replugs) {
         m_printer.unplug();
         m_printer.plugIn();
-        QTRY_VERIFY(m_printer.keyExchangeCount() > replugs);
+        QTRY_VERIFY(m_printer.report().keyExchanges > replugs);
     }
-    QCOMPARE(m_printer.crcErrorCount(), 0);
-    QVERIFY(m_printer.paperLines() > 0);
+    QCOMPARE(m_printer.report().crcErrors, 0);
+    QVERIFY(m_printer.report().paperLines > 0);
 }
 
 QTEST_GUILESS_MAIN(SimulatorTest)

@@ -1,7 +1,7 @@
 #include "app/dialogs/qx_message_dialog.h"
+#include "device/diagnostics/upgrade_window.h"
 #include "simulator/cloud/simulated_service.h"
 #include "tests/shown_window.h"
-#include "update/test_upgrade_window.h"
 #include "update/upgrade_app_window.h"
 #include "update/upgrade_dialog.h"
 

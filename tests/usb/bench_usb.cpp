@@ -1,4 +1,4 @@
-#include "tests/usb/virtual_usb_printer.h"
+#include "simulator/usb/virtual_usb_printer.h"
 
 #include "simulator/simulated_port.h"
 #include "tests/usb/bench.h"

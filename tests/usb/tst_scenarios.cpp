@@ -100,14 +100,14 @@ void ScenariosTest::scenario()
 {
     QFETCH(QByteArray, steps);
     startOver();
-    printer().setSilent(false);
+    printer().fault([](auto& faults) { faults.silent = false; });
     m_paper.clear();
     for (const QByteArray& step : steps.split(' ')) {
         const QList<QByteArray> parts = step.split('=');
         QVERIFY2(doStep(parts[0], parts.value(1)), step);
     }
-    QCOMPARE(printer().crcErrorCount(), 0);
-    QCOMPARE(printer().skippedBytes(), qint64{0}); // no half frame was left in front of a whole one
+    QCOMPARE(printer().report().crcErrors, 0);
+    QCOMPARE(printer().report().skippedBytes, qint64{0}); // no half frame was left in front of a whole one
 }
 
 bool ScenariosTest::doStep(const QByteArray& step, const QByteArray& argument)
@@ -121,20 +121,20 @@ bool ScenariosTest::doStep(const QByteArray& step, const QByteArray& argument)
     else if (step == "K2")
         startOver(SimulatedPrinter::Model::K2);
     else if (step == "gone")
-        printer().goAwayAfter(number);
+        printer().fault([&](auto& faults) { faults.bytesUntilGone = number; });
     else if (step == "hold")
-        printer().holdBackAfter(number);
+        printer().fault([&](auto& faults) { faults.bytesUntilHolding = number; });
     else if (step == "free")
         m_later = std::thread([number] {
             std::this_thread::sleep_for(std::chrono::milliseconds(number));
-            printer().setHoldingBack(false);
+            printer().fault([](auto& faults) { faults.bytesUntilHolding = -1; });
         });
     else if (step == "wait")
         joinLater();
     else if (step == "haltOut" || step == "haltIn")
-        printer().halt(step == "haltOut" ? Endpoint::Out : Endpoint::In);
+        printer().fault([&](auto& faults) { (step == "haltOut" ? faults.outHalted : faults.inHalted) = true; });
     else if (step == "mute")
-        printer().setSilent(true);
+        printer().fault([](auto& faults) { faults.silent = true; });
     else if (step == "say")
         printer().say(QByteArray(number, '\xFF'));
     else if (step == "up" || step == "down")
@@ -150,7 +150,7 @@ bool ScenariosTest::doStep(const QByteArray& step, const QByteArray& argument)
     else if (step == "fail")
         return isCutOff(number);
     else if (step == "keys")
-        return printer().keyExchangeCount() == number;
+        return printer().report().keyExchanges == number;
     else
         return false;
     return true;
@@ -207,10 +207,10 @@ void ScenariosTest::endsInTheMiddleOfALongJob()
         startOver();
         m_paper.clear();
         QVERIFY(doStep("up", {}));
-        printer().goAwayAfter(random.bounded(12, 150 * 1018));
+        printer().fault([&](auto& faults) { faults.bytesUntilGone = random.bounded(12, 150 * 1018); });
         QVERIFY2(isCutOff(150 * 21), QByteArray::number(round));
         printer().plugIn();
-        QVERIFY2(isPrinted(150 * 21) && printer().keyExchangeCount() == 2, QByteArray::number(round));
+        QVERIFY2(isPrinted(150 * 21) && printer().report().keyExchanges == 2, QByteArray::number(round));
     }
 }
 

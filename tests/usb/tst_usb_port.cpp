@@ -1,4 +1,4 @@
-#include "tests/usb/fault_commands.h"
+#include "simulator/usb/fault_commands.h"
 
 #include "device/packet.h"
 #include "device/port.h"
@@ -196,10 +196,10 @@ void UsbPortTest::saysWhyAndHowToMend()
     tell("stall out");
     QCOMPARE(writeTo(m_port, frameOf('a')), int{LIBUSB_ERROR_PIPE});
     QVERIFY(takeLog().contains("refused a transfer (stall)"));
-    QVERIFY(!printer().isHalted(Endpoint::Out));
+    QVERIFY(!printer().report().faults.outHalted);
     tell("stall in");
     QCOMPARE(readFrom(m_port), QByteArray("-9"));
-    QVERIFY(!printer().isHalted(Endpoint::In));
+    QVERIFY(!printer().report().faults.inHalted);
     QCOMPARE(takeLog(), QString());
     tell("say 41");
     QCOMPARE(readFrom(m_port), QByteArray("A"));
@@ -229,8 +229,8 @@ void UsbPortTest::leavesAHealthyDeviceAlone()
     QCOMPARE(m_port->prepare(m_port), 0);
     QCOMPARE(readFrom(m_port), QByteArray("-7"));
     QCOMPARE(m_bus->device().claims(), claims);
-    printer().halt(Endpoint::Out);
-    printer().halt(Endpoint::In);
+    printer().fault([](auto& faults) { faults.outHalted = true; });
+    printer().fault([](auto& faults) { faults.inHalted = true; });
     QCOMPARE(m_port->prepare(m_port), 0);
     QCOMPARE(writeTo(m_port, frameOf('a')), 0);
     QCOMPARE(readFrom(m_port), QByteArray("-7"));
@@ -245,7 +245,7 @@ void UsbPortTest::beginsAtAFrameBoundary()
     tell("nak after 500");
     std::thread sheet([] { // a little room in between
         std::this_thread::sleep_for(std::chrono::seconds(6));
-        printer().holdBackAfter(100);
+        printer().fault([&](auto& faults) { faults.bytesUntilHolding = 100; });
     });
     int written = 0;
     QElapsedTimer time;
@@ -260,7 +260,7 @@ void UsbPortTest::beginsAtAFrameBoundary()
     QVERIFY(m_bus->device().claims() > claims);
     QCOMPARE(writeTo(m_port, frameOf('b')), 0);
     QCOMPARE(printer().jobLines(), QByteArray(1008, 'b'));
-    QCOMPARE(printer().skippedBytes(), qint64{0}); // dropped with the halt, not found to be noise later
+    QCOMPARE(printer().report().skippedBytes, qint64{0}); // dropped with the halt, not found to be noise later
 }
 
 void UsbPortTest::endsAReadWithoutAnEmptyPacket()
@@ -311,7 +311,7 @@ void UsbPortTest::framesOfWritersDoNotMix()
     });
     std::thread pauses([] { // in the middle of frames as well
         for (int i = 0; i < 20; ++i) {
-            printer().setHoldingBack(i % 2 == 0);
+            printer().fault([&](auto& faults) { faults.bytesUntilHolding = i % 2 == 0 ? 0 : -1; });
             std::this_thread::sleep_for(std::chrono::milliseconds(3));
         }
     });
@@ -319,8 +319,8 @@ void UsbPortTest::framesOfWritersDoNotMix()
         QCOMPARE(writeTo(m_port, frameOf('a')), 0);
     probes.join();
     pauses.join();
-    QCOMPARE(printer().frameCount(), kFrames + kProbes);
-    QVERIFY(printer().crcErrorCount() == 0 && printer().skippedBytes() == 0);
+    QCOMPARE(printer().report().frames, kFrames + kProbes);
+    QVERIFY(printer().report().crcErrors == 0 && printer().report().skippedBytes == 0);
     const QVector<FrameRecord> frames = printer().frames();
     const auto last =
         std::find_if(frames.crbegin(), frames.crend(), [](const FrameRecord& f) { return f.code != 0; });
@@ -348,7 +348,7 @@ void UsbPortTest::nothingIsClosedUnderATransfer()
     }
     for (int i = 0; i < 20; ++i) {
         replug();
-        printer().halt(i % 2 ? Endpoint::Out : Endpoint::In);
+        printer().fault([&](auto& faults) { (i % 2 ? faults.outHalted : faults.inHalted) = true; });
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     ends = true;
@@ -356,7 +356,7 @@ void UsbPortTest::nothingIsClosedUnderATransfer()
         thread.join();
     QCOMPARE(m_port->prepare(m_port), 0);
     QCOMPARE(writeTo(m_port, frameOf('a')), 0);
-    QCOMPARE(printer().crcErrorCount(), 0);
+    QCOMPARE(printer().report().crcErrors, 0);
 }
 
 /// The faults by command that the tests above have no use for, and those that are refused.

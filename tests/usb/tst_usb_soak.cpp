@@ -1,4 +1,4 @@
-#include "tests/usb/virtual_usb_printer.h"
+#include "simulator/usb/virtual_usb_printer.h"
 
 #include "device/printer_read_thread.h"
 #include "tests/device/printer_fixture.h"
@@ -66,7 +66,7 @@ void UsbSoakTest::plugCyclesUnderPrinting()
     for (int cycle = 0; cycle < kCycles; ++cycle) {
         const JobPattern lost(384, kLines, 2 * cycle), whole(384, kLines, 2 * cycle + 1);
         QTRY_VERIFY(printerConnection()->connectUsb());
-        simulatedPrinter().goAwayAfter(random.bounded(kJobBytes));
+        simulatedPrinter().fault([&](auto& faults) { faults.bytesUntilGone = random.bounded(kJobBytes); });
         const std::vector<int> results = runJob(lost.picture);
         const QByteArray rest = simulatedPrinter().jobLines().mid(paper.size());
         QVERIFY(results == std::vector<int>{1} && lost.dots.startsWith(rest) && rest != lost.dots);
@@ -82,7 +82,7 @@ void UsbSoakTest::plugCyclesUnderPrinting()
             pagesBefore = now.residentPages;
         }
     }
-    QCOMPARE(simulatedPrinter().crcErrorCount(), 0);
+    QCOMPARE(simulatedPrinter().report().crcErrors, 0);
     QTRY_VERIFY(Resources().handles <= mostHandles);
     QTRY_VERIFY(Resources().threads <= mostThreads);
     const qint64 grown = Resources().residentPages - pagesBefore; // of 4 KiB; the paper takes up to two MiB
