@@ -1,13 +1,20 @@
 #include "demo/frame_log_model.h"
 
-#include <QBrush>
 #include <QColor>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QFont>
 
 #include <algorithm>
 
+#include <algorithm>
+
 namespace {
+
+const char* const kHeaders[FrameLogModel::ColumnCount] = {
+    QT_TRANSLATE_NOOP("FrameLogModel", "时间"), QT_TRANSLATE_NOOP("FrameLogModel", "代码"),
+    QT_TRANSLATE_NOOP("FrameLogModel", "含义"), QT_TRANSLATE_NOOP("FrameLogModel", "标签"),
+    QT_TRANSLATE_NOOP("FrameLogModel", "长度"), QT_TRANSLATE_NOOP("FrameLogModel", "CRC")};
 
 struct CodeMeaning
 {
@@ -43,59 +50,55 @@ const CodeMeaning kMeanings[] = {
 
 const QColor kWrong(0xb4, 0x23, 0x18);
 
-QFont boldFont()
+/// What the printer takes a code for, in the user's language.
+QString meaningOf(quint8 code)
 {
-    QFont font; // takes everything else from the view
-    font.setBold(true);
-    return font;
+    const auto* meaning = std::find_if(std::begin(kMeanings), std::end(kMeanings),
+                                       [code](const CodeMeaning& each) { return each.code == code; });
+    return meaning == std::end(kMeanings) ? FrameLogModel::tr("未知命令") : FrameLogModel::tr(meaning->text);
+}
+
+QString textOf(const FrameRecord& frame, int column)
+{
+    switch (column) {
+    case FrameLogModel::Time:
+        return QDateTime::fromMSecsSinceEpoch(frame.msSinceEpoch).toString(QStringLiteral("hh:mm:ss.zzz"));
+    case FrameLogModel::Code:
+        return QStringLiteral("0x%1").arg(frame.code, 2, 16, QLatin1Char('0'));
+    case FrameLogModel::Meaning:
+        return meaningOf(frame.code);
+    case FrameLogModel::Tag:
+        return QString::number(frame.tag);
+    case FrameLogModel::Length:
+        return QString::number(frame.length);
+    default:
+        return frame.crcOk ? FrameLogModel::tr("正确") : FrameLogModel::tr("✗ 错误");
+    }
+}
+
+int alignmentOf(int column)
+{
+    const bool number = column == FrameLogModel::Tag || column == FrameLogModel::Length;
+    return static_cast<int>(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
 }
 
 } // namespace
 
-FrameLogModel::FrameLogModel(QObject* parent)
-    : QAbstractTableModel(parent)
+int FrameLogModel::append(const QVector<FrameRecord>& frames)
 {
-}
-
-QString FrameLogModel::meaningOf(quint8 code)
-{
-    const auto* meaning = std::find_if(std::begin(kMeanings), std::end(kMeanings),
-                                       [code](const CodeMeaning& each) { return each.code == code; });
-    return meaning == std::end(kMeanings) ? tr("未知命令") : tr(meaning->text);
-}
-
-QStringList FrameLogModel::widestTexts(int column)
-{
-    FrameRecord frame;
-    frame.tag = 0xFF;
-    frame.length = 0xFFFF;
-    QStringList texts{text(frame, column)};
-    frame.crcOk = true;
-    texts += text(frame, column);
-    for (const CodeMeaning& meaning : kMeanings) {
-        frame.code = meaning.code;
-        texts += text(frame, column);
-    }
-    return texts;
-}
-
-void FrameLogModel::append(const QVector<FrameRecord>& frames)
-{
-    auto first = std::find_if(frames.begin(), frames.end(),
-                              [this](const FrameRecord& frame) { return frame.number >= m_nextNumber; });
-    if (first == frames.end())
-        return;
+    if (frames.isEmpty())
+        return 0;
     m_nextNumber = frames.last().number + 1;
-    const int added = std::min<int>(static_cast<int>(frames.end() - first), kKeptRows);
-    const int surplus = m_frames.size() + added - kKeptRows;
-    if (surplus > 0) {
-        beginRemoveRows({}, 0, surplus - 1);
-        m_frames.remove(0, surplus);
-        endRemoveRows();
-    }
-    beginInsertRows({}, m_frames.size(), m_frames.size() + added - 1);
-    m_frames += frames.mid(frames.size() - added);
+    beginInsertRows({}, m_frames.size(), m_frames.size() + frames.size() - 1);
+    m_frames += frames;
     endInsertRows();
+    const int surplus = m_frames.size() - kKeptRows;
+    if (surplus <= 0)
+        return 0;
+    beginRemoveRows({}, 0, surplus - 1);
+    m_frames.remove(0, surplus);
+    endRemoveRows();
+    return surplus;
 }
 
 void FrameLogModel::clear()
@@ -119,27 +122,7 @@ int FrameLogModel::rowCount(const QModelIndex& parent) const
 
 int FrameLogModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : int(ColumnCount);
-}
-
-QString FrameLogModel::text(const FrameRecord& frame, int column)
-{
-    switch (column) {
-    case Time:
-        return QDateTime::fromMSecsSinceEpoch(frame.msSinceEpoch).toString(QStringLiteral("hh:mm:ss.zzz"));
-    case Code:
-        return QStringLiteral("0x%1").arg(frame.code, 2, 16, QLatin1Char('0'));
-    case Meaning:
-        return meaningOf(frame.code);
-    case Tag:
-        return QString::number(frame.tag);
-    case Length:
-        return QString::number(frame.length);
-    case Crc:
-        return frame.crcOk ? tr("正确") : tr("✗ 错误");
-    default:
-        return {};
-    }
+    return parent.isValid() ? 0 : static_cast<int>(ColumnCount);
 }
 
 QVariant FrameLogModel::data(const QModelIndex& index, int role) const
@@ -147,45 +130,29 @@ QVariant FrameLogModel::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const FrameRecord& frame = m_frames.at(index.row());
-    switch (role) {
-    case Qt::DisplayRole:
-        return text(frame, index.column());
-    case Qt::ToolTipRole:
-        return frame.crcOk ? QVariant() : tr("CRC 与数据不符，打印机忽略了这一帧");
-    case Qt::TextAlignmentRole:
-        return int(Qt::AlignVCenter |
-                   (index.column() == Tag || index.column() == Length ? Qt::AlignRight : Qt::AlignLeft));
-    case Qt::ForegroundRole:
-        return frame.crcOk ? QVariant() : QBrush(kWrong);
-    case Qt::FontRole:
-        return frame.crcOk ? QVariant() : boldFont();
-    default:
+    if (role == Qt::DisplayRole)
+        return textOf(frame, index.column());
+    if (role == Qt::TextAlignmentRole)
+        return alignmentOf(index.column());
+    if (frame.crcOk)
         return {};
+    if (role == Qt::ToolTipRole)
+        return tr("CRC 与数据不符，打印机忽略了这一帧");
+    if (role == Qt::ForegroundRole)
+        return kWrong;
+    if (role == Qt::FontRole) {
+        QFont bold; // takes everything else from the view
+        bold.setBold(true);
+        return bold;
     }
+    return {};
 }
 
 QVariant FrameLogModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal)
-        return {};
-    if (role == Qt::TextAlignmentRole)
-        return int(Qt::AlignVCenter | (section == Tag || section == Length ? Qt::AlignRight : Qt::AlignLeft));
-    if (role != Qt::DisplayRole)
-        return {};
-    switch (section) {
-    case Time:
-        return tr("时间");
-    case Code:
-        return tr("代码");
-    case Meaning:
-        return tr("含义");
-    case Tag:
-        return tr("标签");
-    case Length:
-        return tr("长度");
-    case Crc:
-        return tr("CRC");
-    default:
-        return {};
-    }
+    if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole)
+        return alignmentOf(section);
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole)
+        return tr(kHeaders[section]);
+    return {};
 }

@@ -3,7 +3,6 @@
 #include "simulator/simulated_printer.h"
 
 #include <QAbstractTableModel>
-#include <QStringList>
 #include <QVector>
 
 /// The frames that reached the printer, the newest last, for a table. GUI thread.
@@ -16,16 +15,11 @@ public:
 
     static constexpr int kKeptRows = 4096; ///< the newest
 
-    explicit FrameLogModel(QObject* parent = nullptr);
+    using QAbstractTableModel::QAbstractTableModel;
 
-    /// What the printer takes a code for, in the user's language.
-    static QString meaningOf(quint8 code);
-    /// Texts of a column among which its widest one is.
-    static QStringList widestTexts(int column);
-
-    /// Appends the frames that it has not had yet.
-    /// @param frames  in the order of their numbers; may overlap with what it was given before
-    void append(const QVector<FrameRecord>& frames);
+    /// @param frames  in the order of their numbers, from nextNumber() on
+    /// @return        how many of the oldest rows have gone for them
+    int append(const QVector<FrameRecord>& frames);
     /// Number of the frame that comes next.
     qint64 nextNumber() const { return m_nextNumber; }
     void clear();
@@ -38,8 +32,6 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
-    static QString text(const FrameRecord& frame, int column);
-
     QVector<FrameRecord> m_frames;
     qint64 m_nextNumber = 0;
 };

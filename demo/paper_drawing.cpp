@@ -3,73 +3,61 @@
 #include <QFontMetrics>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
-
-#include <algorithm>
+#include <QPolygonF>
 
 namespace {
 
 constexpr int kTooth = 8;
 constexpr int kToothDepth = 4;
-constexpr int kShadow = 6;
 constexpr int kTextMargin = 16;
+constexpr int kShadow[] = {60, 40, 26, 17, 10, 4}; ///< opacity of each column of pixels beside the paper
 
 const QColor kHousingTop(0x4b, 0x54, 0x60);
 const QColor kHousingBottom(0x33, 0x3a, 0x44);
 const QColor kHousingInk(0xe6, 0xea, 0xef);
+const QColor kSlot(0x14, 0x17, 0x1c);
+
+QColor shade(int opacity)
+{
+    return {0x20, 0x2a, 0x38, opacity};
+}
 
 /// The strip's torn end, as deep as the teeth.
-QPainterPath teeth(const QRect& sheet)
+QPolygonF teeth(const QRect& sheet)
 {
-    const int bottom = sheet.top() + kToothDepth;
-    const int right = sheet.left() + sheet.width();
-    QPainterPath path(QPointF(sheet.left(), bottom));
-    for (int x = sheet.left(); x < right; x += kTooth) {
-        path.lineTo(x, sheet.top());
-        path.lineTo(std::min(x + kTooth / 2, right), bottom);
-        path.lineTo(std::min(x + kTooth, right), sheet.top());
-    }
-    path.lineTo(right, bottom);
-    return path;
+    const qreal top = sheet.top();
+    const qreal bottom = top + kToothDepth;
+    QPolygonF points;
+    for (int x = 0; x < sheet.width(); x += kTooth / 2)
+        points << QPointF(sheet.left() + x, x % kTooth == 0 ? top : bottom);
+    return points << QPointF(sheet.left() + sheet.width(), bottom) << QPointF(sheet.left(), bottom);
 }
 
-void drawSideShadow(QPainter& painter, const QRect& strip, int from, int to)
+void drawLamp(QPainter& painter, const QPointF& centre, QColor light)
 {
-    QLinearGradient shade(from, 0, to, 0);
-    shade.setColorAt(0, QColor(0x20, 0x2a, 0x38, 70));
-    shade.setColorAt(0.4, QColor(0x20, 0x2a, 0x38, 22));
-    shade.setColorAt(1, Qt::transparent);
-    painter.fillRect(strip, shade);
-}
-
-void drawLamp(QPainter& painter, const QPointF& centre, const QColor& light)
-{
-    QColor glow = light;
-    glow.setAlpha(70);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(glow);
-    painter.drawEllipse(centre, 7, 7);
     painter.setBrush(light);
     painter.drawEllipse(centre, 4, 4);
+    light.setAlpha(70);
+    painter.setBrush(light);
+    painter.drawEllipse(centre, 7, 7);
 }
 
 } // namespace
 
-void drawPrinter(QPainter& painter, const QRect& housing, int slotLeft, int slotRight, const PrinterFace& face)
+void drawPrinter(QPainter& painter, const QRect& housing, const QRect& sheet, const PrinterFace& face)
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath body;
-    body.addRoundedRect(QRectF(housing.adjusted(0, 0, 0, 20)), 10, 10); // its lower corners are out of sight
-    QLinearGradient shade(housing.topLeft(), housing.bottomLeft());
-    shade.setColorAt(0, kHousingTop);
-    shade.setColorAt(1, kHousingBottom);
     painter.setClipRect(housing);
-    painter.fillPath(body, shade);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0x14, 0x17, 0x1c));
-    painter.drawRoundedRect(QRectF(slotLeft - 6, housing.top() + kPrinterSlot - 3, slotRight - slotLeft + 12, 6), 3,
-                            3);
+    QLinearGradient body(housing.topLeft(), housing.bottomLeft());
+    body.setColorAt(0, kHousingTop);
+    body.setColorAt(1, kHousingBottom);
+    painter.setBrush(body);
+    painter.drawRoundedRect(housing.adjusted(0, 0, 0, 20), 10, 10); // its lower corners are out of sight
+    painter.setBrush(kSlot);
+    painter.drawRoundedRect(sheet.left() - 6, housing.top() + kPrinterSlot - 3, sheet.width() + 12, 6, 3, 3);
 
     const QRect texts = housing.adjusted(kTextMargin, kPrinterSlot + 6, -kTextMargin, -4);
     painter.setPen(kHousingInk);
@@ -82,20 +70,23 @@ void drawPrinter(QPainter& painter, const QRect& housing, int slotLeft, int slot
 
 void drawSheet(QPainter& painter, const QRect& sheet, const QRect& visible)
 {
-    const QRect body = sheet.adjusted(0, kToothDepth, 0, 0);
-    const QRect shown = body & visible;
-    const int right = sheet.left() + sheet.width();
-    const QRect sides = body & QRect(sheet.left(), visible.top(), sheet.width(), visible.height());
-    painter.fillRect(shown, Qt::white);
-    drawSideShadow(painter, QRect(sheet.left() - kShadow, sides.top(), kShadow, sides.height()), sheet.left(),
-                   sheet.left() - kShadow);
-    drawSideShadow(painter, QRect(right, sides.top(), kShadow, sides.height()), right, right + kShadow);
+    const QRect inSight(sheet.x(), visible.y(), sheet.width(), visible.height());
+    const QRect body = sheet.adjusted(0, kToothDepth, 0, 0) & inSight;
+    painter.fillRect(body, Qt::white);
+    QRect beside = body;
+    for (const int opacity : kShadow) {
+        beside.adjust(-1, 0, 1, 0);
+        painter.fillRect(beside.left(), beside.top(), 1, beside.height(), shade(opacity));
+        painter.fillRect(beside.right(), beside.top(), 1, beside.height(), shade(opacity));
+    }
     if (sheet.top() + kToothDepth < visible.top())
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(0x20, 0x2a, 0x38, 60), 1));
-    painter.drawPath(teeth(sheet));
-    painter.fillPath(teeth(sheet), Qt::white);
+    painter.setPen(shade(60));
+    painter.drawPolygon(teeth(sheet));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    painter.drawPolygon(teeth(sheet));
     painter.restore();
 }

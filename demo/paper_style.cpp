@@ -1,27 +1,22 @@
 #include "demo/paper_style.h"
 
-#include <QLabel>
-#include <QStyle>
-#include <QVariant>
-
 namespace {
 
 const char kStyle[] = R"(
-QFrame[bar="true"] { background: #fdffff; border: none; border-bottom: 1px solid #dfdfdf; }
-#statusBar { background: #f6f8f9; border: none; border-top: 1px solid #dfdfdf; }
-#statusBar QLabel { color: #555c66; }
-#statusBar QLabel[alarm="true"] { color: #b42318; font-weight: bold; }
-#printerBar QLabel { color: #555c66; }
+#printerBar, #paperBar, #logBar { background: #fdffff; border: none; border-bottom: 1px solid #dfdfdf;
+                                  padding: 5px 10px; }
 #logBar { border-top: 1px solid #dfdfdf; }
+#statusBar { background: #f6f8f9; border: none; border-top: 1px solid #dfdfdf; padding: 4px 10px; }
+#statusBar QLabel, #printerBar QLabel { color: #555c66; }
 #logTitle { font-weight: bold; }
 QSplitter::handle { background: #e8ecf0; }
 QSplitter::handle:hover { background: #c6dcf5; }
-QToolButton { background: #fdffff; border: 1px solid #cfd5dc; border-radius: 4px; padding: 3px 9px;
+QToolButton { color: black; background: #fdffff; border: 1px solid #cfd5dc; border-radius: 4px; padding: 3px 9px;
               min-height: 19px; }
 #zoomIn, #zoomOut { padding: 3px 5px; min-width: 19px; }
-QToolButton[segment="first"] { border-top-right-radius: 0; border-bottom-right-radius: 0; }
-QToolButton[segment="middle"] { border-radius: 0; border-left: none; }
-QToolButton[segment="last"] { border-top-left-radius: 0; border-bottom-left-radius: 0; border-left: none; }
+#modelK1, #conditionReady { border-top-right-radius: 0; border-bottom-right-radius: 0; }
+#conditionPaperOut { border-radius: 0; border-left: none; }
+#modelK2, #conditionCoverOpen { border-top-left-radius: 0; border-bottom-left-radius: 0; border-left: none; }
 QToolButton:hover:enabled { background: #eef3f8; }
 QToolButton:checked { background: #d9e8fa; color: #123d6e; }
 QToolButton:pressed { background: #c6dcf5; }
@@ -51,20 +46,4 @@ QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QString paperStyle()
 {
     return QString::fromLatin1(kStyle);
-}
-
-QColor lampColour(bool pluggedIn, bool ready)
-{
-    if (!pluggedIn)
-        return {0x8a, 0x93, 0x9e};
-    return ready ? QColor(0x4c, 0xc3, 0x6a) : QColor(0xf2, 0xa5, 0x3a);
-}
-
-void setAlarm(QLabel* label, bool alarm)
-{
-    if (label->property("alarm").toBool() == alarm)
-        return;
-    label->setProperty("alarm", alarm);
-    label->style()->unpolish(label); // style sheets look at properties only when a widget is polished
-    label->style()->polish(label);
 }

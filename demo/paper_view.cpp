@@ -1,7 +1,5 @@
 #include "demo/paper_view.h"
 
-#include "demo/paper_dots.h"
-
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -17,6 +15,7 @@ constexpr int kDeskMargin = 24;      ///< between the paper and the edge of the 
 constexpr int kLeader = 18;          ///< paper between the tear bar and the first line
 constexpr int kWheelNotch = 120;     ///< eighths of a degree
 constexpr int kScrollStep = 24;
+constexpr int kBlockLines = 240; ///< scaled at once; a whole number of pixels at each of the usual zooms
 constexpr qreal kZoomSteps[] = {0.25, 1.0 / 3, 0.5, 2.0 / 3, 0.8, 1, 2, 3, 4};
 constexpr qreal kSameZoom = 1e-6;
 
@@ -25,8 +24,10 @@ const QColor kHintInk(0x6b, 0x74, 0x80);
 
 } // namespace
 
-PaperView::PaperView(QWidget* parent)
+PaperView::PaperView(const SimulatedPrinter& printer, QWidget* parent)
     : QAbstractScrollArea(parent)
+    , m_printer(printer)
+    , m_paper(printer.lookAtPaper(0, 0))
 {
     setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
@@ -35,14 +36,10 @@ PaperView::PaperView(QWidget* parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-void PaperView::setSource(Source source)
-{
-    m_source = std::move(source);
-    refresh();
-}
-
 void PaperView::setFace(const PrinterFace& face)
 {
+    if (face == m_face)
+        return;
     m_face = face;
     viewport()->update();
 }
@@ -55,30 +52,26 @@ void PaperView::setHint(const QString& hint)
 
 void PaperView::refresh()
 {
+    const PaperLook look = m_printer.lookAtPaper(0, 0);
+    const bool newRoll = look.roll != m_paper.roll;
+    if (!newRoll && look.lineCount == m_paper.lineCount)
+        return;
+    const bool follow = newRoll || followsNewest();
     const qint64 firstBefore = firstLine();
-    const PaperLook before = m_paper;
-    m_paper = m_source(0, 0);
-    const bool newRoll = m_paper.roll != before.roll;
+    m_paper = look;
     if (newRoll)
         m_tornAt = 0;
-    const bool stay = !newRoll && !followsNewest();
-    if (stay && firstLine() != firstBefore) {
-        // The roll has given up its oldest lines; what is being looked at stays where it is.
-        const int lost = qRound(static_cast<qreal>(firstLine() - firstBefore) * m_zoom);
-        verticalScrollBar()->setValue(verticalScrollBar()->value() - lost);
-    }
-    if (m_fit && m_paper.headDots != before.headDots)
-        changeZoom(fittingZoom());
-    if (newRoll)
-        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
-    layOut();
+    fitOrLayOut(follow);
+    // The roll gives up its oldest lines; what is being looked at stays where it is.
+    const qreal lost = static_cast<qreal>(firstLine() - firstBefore) * m_zoom;
+    if (!follow)
+        verticalScrollBar()->setValue(verticalScrollBar()->value() - qRound(lost));
 }
 
 void PaperView::tearOff()
 {
     m_tornAt = m_paper.lineCount;
-    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
-    layOut();
+    layOut(true);
 }
 
 qint64 PaperView::firstLine() const
@@ -93,7 +86,7 @@ int PaperView::lineCount() const
 
 QImage PaperView::picture() const
 {
-    const PaperLook look = m_source(firstLine(), lineCount());
+    const PaperLook look = m_printer.lookAtPaper(firstLine(), lineCount());
     return look.roll == m_paper.roll ? look.picture : QImage();
 }
 
@@ -103,18 +96,13 @@ void PaperView::setZoom(qreal zoom)
     zoomAt(zoom, viewport()->rect().center(), followsNewest());
 }
 
-qreal PaperView::zoomAbove() const
+qreal PaperView::nextZoom(int direction) const
 {
-    const auto* next = std::find_if(std::begin(kZoomSteps), std::end(kZoomSteps),
-                                    [this](qreal step) { return step > m_zoom + kSameZoom; });
-    return next == std::end(kZoomSteps) ? kLargestZoom : *next;
-}
-
-qreal PaperView::zoomBelow() const
-{
-    const auto* here = std::find_if(std::begin(kZoomSteps), std::end(kZoomSteps),
-                                    [this](qreal step) { return step > m_zoom - kSameZoom; });
-    return here == std::begin(kZoomSteps) ? kSmallestZoom : *(here - 1);
+    const auto* end = std::end(kZoomSteps);
+    const auto* step = std::upper_bound(std::begin(kZoomSteps), end, m_zoom + direction * kSameZoom);
+    if (direction > 0)
+        return step == end ? kLargestZoom : *step;
+    return step == std::begin(kZoomSteps) ? kSmallestZoom : *(step - 1);
 }
 
 void PaperView::setFitToWidth(bool fit)
@@ -128,113 +116,114 @@ bool PaperView::followsNewest() const
     return verticalScrollBar()->value() == verticalScrollBar()->maximum();
 }
 
-QRect PaperView::dotArea() const
+QSize PaperView::dotSize() const
 {
-    const QPoint origin = contentOrigin();
-    const int left = origin.x() + (contentSize().width() - qRound(m_paper.headDots * m_zoom)) / 2;
-    return {left, origin.y() + kDeskMargin + kLeader, static_cast<int>(std::ceil(m_paper.headDots * m_zoom)),
-            static_cast<int>(std::ceil(lineCount() * m_zoom))};
+    return {qRound(m_paper.headDots * m_zoom), qRound(lineCount() * m_zoom)};
 }
 
-int PaperView::paperWidth() const
+QRect PaperView::dotArea() const
 {
-    return qRound((m_paper.headDots + 2 * kPaperMarginDots) * m_zoom);
+    const QPoint left((contentSize().width() - dotSize().width()) / 2, kDeskMargin + kLeader);
+    return {contentOrigin() + left, dotSize()};
 }
 
 QSize PaperView::contentSize() const
 {
-    const int height = static_cast<int>(std::ceil(lineCount() * m_zoom));
-    return {std::max(paperWidth() + 2 * kDeskMargin, kPrinterWidth),
-            kDeskMargin + kLeader + height + kPrinterHeight - kPrinterSlot};
+    const int paperWidth = qRound((m_paper.headDots + 2 * kPaperMarginDots) * m_zoom);
+    return {std::max(paperWidth + 2 * kDeskMargin, kPrinterWidth),
+            kDeskMargin + kLeader + dotSize().height() + kPrinterHeight - kPrinterSlot};
 }
 
 /// The printer stands at the bottom of the view, and in the middle of its width, as long as there is room.
 QPoint PaperView::contentOrigin() const
 {
-    const QSize room = viewport()->size();
-    const QSize content = contentSize();
-    return {content.width() < room.width() ? (room.width() - content.width()) / 2 : -horizontalScrollBar()->value(),
-            content.height() < room.height() ? room.height() - content.height() : -verticalScrollBar()->value()};
+    const QSize spare = viewport()->size() - contentSize();
+    return {spare.width() > 0 ? spare.width() / 2 : -horizontalScrollBar()->value(),
+            spare.height() > 0 ? spare.height() : -verticalScrollBar()->value()};
 }
 
 qreal PaperView::fittingZoom() const
 {
     // Room for a scroll bar is always left: the paper must not change its width when one appears.
     const int bar = verticalScrollBar()->isVisible() ? 0 : verticalScrollBar()->sizeHint().width();
-    const int room = viewport()->width() - bar - 2 * kDeskMargin;
-    qreal zoom = qBound<qreal>(kSmallestZoom, qreal(room) / (m_paper.headDots + 2 * kPaperMarginDots), kLargestZoom);
-    if (zoom >= 1)
-        zoom = std::floor(zoom * devicePixelRatioF()) / devicePixelRatioF();
-    return zoom;
+    const qreal room = viewport()->width() - bar - 2 * kDeskMargin;
+    return qBound(kSmallestZoom, room / (m_paper.headDots + 2 * kPaperMarginDots), kLargestZoom);
 }
 
-void PaperView::layOut()
+void PaperView::layOut(bool toNewest)
 {
-    const bool follow = followsNewest();
-    const QSize content = contentSize();
-    const QSize room = viewport()->size();
-    horizontalScrollBar()->setRange(0, std::max(0, content.width() - room.width()));
-    horizontalScrollBar()->setPageStep(room.width());
-    verticalScrollBar()->setRange(0, std::max(0, content.height() - room.height()));
-    verticalScrollBar()->setPageStep(room.height());
-    if (follow)
+    const QSize hidden = (contentSize() - viewport()->size()).expandedTo({0, 0});
+    horizontalScrollBar()->setRange(0, hidden.width());
+    horizontalScrollBar()->setPageStep(viewport()->width());
+    verticalScrollBar()->setRange(0, hidden.height());
+    verticalScrollBar()->setPageStep(viewport()->height());
+    if (toNewest)
         verticalScrollBar()->setValue(verticalScrollBar()->maximum());
     viewport()->update();
 }
 
-void PaperView::changeZoom(qreal zoom)
+void PaperView::fitOrLayOut(bool toNewest)
+{
+    if (m_fit)
+        changeZoom(fittingZoom(), toNewest);
+    else
+        layOut(toNewest);
+}
+
+void PaperView::changeZoom(qreal zoom, bool toNewest)
 {
     m_zoom = qBound(kSmallestZoom, zoom, kLargestZoom);
-    layOut();
+    layOut(toNewest);
     emit zoomChanged();
 }
 
 void PaperView::zoomAt(qreal zoom, const QPoint& anchor, bool toNewest)
 {
     const QPointF dot = QPointF(anchor - dotArea().topLeft()) / m_zoom;
-    changeZoom(zoom);
+    changeZoom(zoom, toNewest);
     const QPoint moved = (dotArea().topLeft() + dot * m_zoom - anchor).toPoint();
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + moved.x());
-    verticalScrollBar()->setValue(toNewest ? verticalScrollBar()->maximum()
-                                           : verticalScrollBar()->value() + moved.y());
+    if (!toNewest)
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + moved.y());
 }
 
 void PaperView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(viewport());
     painter.fillRect(event->rect(), kDesk);
-    const QRect dots = dotArea();
     const int margin = qRound(kPaperMarginDots * m_zoom);
-    const QRect sheet = dots.adjusted(-margin, -kLeader, margin, 0);
-    const int slotAt = sheet.bottom() + 1;
+    const QRect sheet = dotArea().adjusted(-margin, -kLeader, margin, 0);
     const int printerWidth = std::max(sheet.width() + 2 * kDeskMargin - 8, kPrinterWidth);
-    const QRect housing(sheet.center().x() - printerWidth / 2, slotAt - kPrinterSlot, printerWidth, kPrinterHeight);
-    if (housing.intersects(event->rect()))
-        drawPrinter(painter, housing, sheet.left(), sheet.right() + 1, m_face);
+    const QPoint corner(sheet.center().x() - printerWidth / 2, sheet.bottom() + 1 - kPrinterSlot);
+    drawPrinter(painter, {corner, QSize(printerWidth, kPrinterHeight)}, sheet, m_face);
     drawSheet(painter, sheet, event->rect());
-    drawDots(painter, dots & event->rect());
+    drawDots(painter, event->rect());
     if (lineCount() == 0)
         drawHint(painter);
 }
 
+/// Block by block from the first line shown, so that a part drawn alone looks as in the whole.
 void PaperView::drawDots(QPainter& painter, const QRect& visible) const
 {
-    if (visible.isEmpty())
-        return;
+    const QRect area = dotArea();
     const qreal ratio = devicePixelRatioF();
-    const qreal scale = m_zoom * ratio;
-    const QPoint corner = dotArea().topLeft();
-    const QRectF part(QPointF(visible.topLeft() - corner) * ratio, QSizeF(visible.size()) * ratio);
-    const QRect pixels = part.toAlignedRect();
-    const auto first = static_cast<int>(pixels.top() / scale);
-    const int end = std::min(lineCount(), static_cast<int>(std::ceil((pixels.bottom() + 1) / scale)));
-    const PaperLook look = m_source(firstLine() + first, end - first);
-    // A roll put in since the last refresh() has other lines; its own refresh is on its way.
-    const QImage dots = look.roll == m_paper.roll ? look.picture : QImage();
-    QImage picture =
-        renderDots(dots, look.firstLine - firstLine(), scale, m_zoom < 1 ? DotEdges::Soft : DotEdges::Hard, pixels);
-    picture.setDevicePixelRatio(ratio);
-    painter.drawImage(QPointF(corner) + QPointF(pixels.topLeft()) / ratio, picture);
+    const bool wholePixels = std::floor(m_zoom * ratio) == m_zoom * ratio;
+    const auto mode = wholePixels ? Qt::FastTransformation : Qt::SmoothTransformation;
+    const auto linesTo = [&](int y) {
+        return qBound(0, static_cast<int>(std::ceil((y - area.top()) / m_zoom)), lineCount());
+    };
+    const int end = linesTo(visible.bottom() + 1);
+    for (int block = linesTo(visible.top() - 1) / kBlockLines * kBlockLines; block < end; block += kBlockLines) {
+        const int lines = std::min(kBlockLines, lineCount() - block);
+        const PaperLook look = m_printer.lookAtPaper(firstLine() + block, lines);
+        if (look.roll != m_paper.roll || look.firstLine != firstLine() + block)
+            continue; // a new roll, or lines given up, since the last refresh(); the next one is due
+        const int top = qRound(block * m_zoom);
+        const QRect place(area.x(), area.y() + top, area.width(), qRound((block + lines) * m_zoom) - top);
+        const QImage dots =
+            look.picture.convertToFormat(QImage::Format_RGB32); // one bit a dot is scaled less exactly
+        painter.drawImage(place, dots.scaled(place.size() * ratio, Qt::IgnoreAspectRatio, mode));
+    }
 }
 
 void PaperView::drawHint(QPainter& painter) const
@@ -247,11 +236,9 @@ void PaperView::drawHint(QPainter& painter) const
 
 void PaperView::resizeEvent(QResizeEvent* event)
 {
+    const bool follow = followsNewest();
     QAbstractScrollArea::resizeEvent(event);
-    if (m_fit)
-        changeZoom(fittingZoom());
-    else
-        layOut();
+    fitOrLayOut(follow);
 }
 
 void PaperView::wheelEvent(QWheelEvent* event)
@@ -264,7 +251,7 @@ void PaperView::wheelEvent(QWheelEvent* event)
     m_wheelTurn += event->angleDelta().y(); // touch pads send fractions of a notch
     for (; std::abs(m_wheelTurn) >= kWheelNotch; m_wheelTurn -= m_wheelTurn > 0 ? kWheelNotch : -kWheelNotch) {
         m_fit = false;
-        zoomAt(m_wheelTurn > 0 ? zoomAbove() : zoomBelow(), event->position().toPoint(), false);
+        zoomAt(nextZoom(m_wheelTurn > 0 ? 1 : -1), event->position().toPoint(), false);
     }
 }
 

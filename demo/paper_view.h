@@ -5,8 +5,6 @@
 
 #include <QAbstractScrollArea>
 
-#include <functional>
-
 /// The paper as it comes out of the printer: the printer stands below, the newest line is at its slot, and the paper
 /// rises as it grows. GUI thread.
 ///
@@ -17,15 +15,12 @@ class PaperView : public QAbstractScrollArea
     Q_OBJECT
 
 public:
-    /// Gives `lines` lines of the roll from number `firstLine` on, and what is known of the roll.
-    using Source = std::function<PaperLook(qint64 firstLine, int lines)>;
-
     static constexpr qreal kSmallestZoom = 0.25;
     static constexpr qreal kLargestZoom = 4;
 
-    explicit PaperView(QWidget* parent = nullptr);
+    /// @param printer  has to outlive the view; may be driven from other threads meanwhile
+    explicit PaperView(const SimulatedPrinter& printer, QWidget* parent = nullptr);
 
-    void setSource(Source source);
     void setFace(const PrinterFace& face);
     /// What stands there while there is no paper.
     void setHint(const QString& hint);
@@ -44,11 +39,9 @@ public:
     qreal zoom() const { return m_zoom; }
     /// @param zoom  is brought into kSmallestZoom..kLargestZoom
     void setZoom(qreal zoom);
-    /// The next of the usual zooms, or the largest and the smallest one.
-    qreal zoomAbove() const;
-    qreal zoomBelow() const;
-    /// Keeps the paper as wide as the view until another zoom is chosen. Above 100 % it stops at the last zoom for
-    /// which a dot is a whole number of the screen's pixels.
+    /// The next of the usual zooms above (direction 1) or below (-1), or the largest and the smallest one.
+    qreal nextZoom(int direction) const;
+    /// Keeps the paper as wide as the view, within the bounds of zooms, until another zoom is chosen.
     void setFitToWidth(bool fit);
     bool fitsToWidth() const { return m_fit; }
 
@@ -66,18 +59,19 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    int paperWidth() const;
+    QSize dotSize() const;
     QSize contentSize() const;
     QPoint contentOrigin() const;
     qreal fittingZoom() const;
-    void layOut();
+    void layOut(bool toNewest);
+    void fitOrLayOut(bool toNewest);
+    void changeZoom(qreal zoom, bool toNewest);
     /// Zooms so that the dot at `anchor` stays there, or else that the newest line is in view.
     void zoomAt(qreal zoom, const QPoint& anchor, bool toNewest);
-    void changeZoom(qreal zoom);
     void drawDots(QPainter& painter, const QRect& visible) const;
     void drawHint(QPainter& painter) const;
 
-    Source m_source;
+    const SimulatedPrinter& m_printer;
     PaperLook m_paper; ///< of the last refresh(), without a picture
     qint64 m_tornAt = 0;
     PrinterFace m_face;

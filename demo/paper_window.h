@@ -2,15 +2,17 @@
 
 #include "simulator/simulated_printer.h"
 
+#include <QTimer>
+#include <QVector>
 #include <QWidget>
 
-#include <memory>
-
 class FrameLogModel;
-class QAbstractButton;
-namespace Ui {
-class PaperWindow;
-}
+class PaperView;
+class QButtonGroup;
+class QCheckBox;
+class QLabel;
+class QTableView;
+class QToolButton;
 
 /// What a person at the simulated printer sees and does: the paper as it comes out, the printer's controls, and the
 /// frames that reach it. GUI thread.
@@ -23,7 +25,6 @@ class PaperWindow : public QWidget
 public:
     /// @param printer  has to outlive the window; may be driven from other threads meanwhile
     explicit PaperWindow(SimulatedPrinter& printer, QWidget* parent = nullptr);
-    ~PaperWindow() override;
 
 signals:
     /// The person wants another language.
@@ -35,21 +36,31 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void connectControls();
-    void addKey(const QList<QKeySequence>& keys, QAbstractButton* button);
+    void makeControls();
+    void makeLog();
+    void makeLayout();
+    void connectPrinter();
+    void connectPaper();
     void refresh();
-    void showControls();
-    void showCounts();
+    void takeFrames();
+    void showControls(const PrinterReport& report);
+    void showCounts(const PrinterReport& report);
     void showZoom();
     void retranslate();
     void chooseModel(SimulatedPrinter::Model model);
-    void tearOff();
     void askWhereToSave();
     void save(const QString& file);
-    void reportFailure(const QString& file, const QString& reason);
 
     SimulatedPrinter& m_printer;
-    std::unique_ptr<Ui::PaperWindow> m_ui;
-    FrameLogModel* m_log;
-    QString m_folder;
+    PaperView* m_paper;
+    QTableView* m_log;
+    FrameLogModel* m_frames;
+    QVector<QToolButton*> m_buttons; ///< in the order of their rows, as the labels are
+    QVector<QLabel*> m_labels;
+    QButtonGroup* m_models;
+    QButtonGroup* m_conditions;
+    QCheckBox* m_pluggedIn;
+    QTimer m_poll;
+    bool m_followsFrames = true;
+    QString m_folder; ///< of the file saved last
 };
