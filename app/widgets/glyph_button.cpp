@@ -21,5 +21,6 @@ void GlyphButton::paintEvent(QPaintEvent*)
     option.text.clear();
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
     const QRect place = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, iconSize(), rect());
-    icon().paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+    const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
+    painter.drawPixmap(place, icon().pixmap(iconSize() * devicePixelRatioF(), mode));
 }

@@ -2,8 +2,8 @@
 
 #include <QToolButton>
 
-/// A tool button whose icon is painted straight onto it. Stock buttons paint a pixmap, which is enlarged, and
-/// blurred, on dense screens as long as the application does not ask for dense pixmaps.
+/// A tool button whose icon is sharp on dense screens. Stock buttons enlarge the ordinary picture there as long as the
+/// application does not ask for dense ones.
 class GlyphButton : public QToolButton
 {
     Q_OBJECT

@@ -133,7 +133,7 @@ void EditMainWindow::settleHiddenWindow()
 QMenu* EditMainWindow::createContextMenu()
 {
     auto* menu = new QMenu(this);
-    menu->setPalette(palette()); // the icons are in its colours
+    menu->setPalette(palette());
     m_actions->fillMenu(*menu);
     menu->addSeparator();
     menu->addAction(m_fontAction);
@@ -158,10 +158,6 @@ void EditMainWindow::retranslate()
 void EditMainWindow::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    if (!m_actions)
-        return;
-    if (event->type() == QEvent::LanguageChange)
+    if (m_actions && event->type() == QEvent::LanguageChange)
         retranslate();
-    else if (event->type() == QEvent::PaletteChange)
-        m_actions->setColours(palette());
 }

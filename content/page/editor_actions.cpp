@@ -3,7 +3,9 @@
 #include "app/widgets/glyph_button.h"
 #include "content/page/text_runs.h"
 
+#include <QImage>
 #include <QMenu>
+#include <QPixmap>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QToolBar>
@@ -15,35 +17,43 @@ struct ActionRow
     const char* text;
     const char* keys; ///< separated by "; "
     int standardKeys; ///< QKeySequence::StandardKey, shown before `keys`; UnknownKey for none
-    int glyph;        ///< Glyph, or -1
+    const char* icon; ///< its strip of pictures; null for actions of the menu alone
     bool checkable;
 };
 
-constexpr int icon(Glyph glyph)
-{
-    return static_cast<int>(glyph);
-}
-
 // In the order of EditorActions::Id.
 const ActionRow kRows[EditorActions::Count] = {
-    {QT_TRANSLATE_NOOP("EditorActions", "撤销"), "", QKeySequence::Undo, icon(Glyph::Undo), false},
-    {QT_TRANSLATE_NOOP("EditorActions", "重做"), "Ctrl+Y; Ctrl+Shift+Z", QKeySequence::Redo, icon(Glyph::Redo),
+    {QT_TRANSLATE_NOOP("EditorActions", "撤销"), "", QKeySequence::Undo, "undo", false},
+    {QT_TRANSLATE_NOOP("EditorActions", "重做"), "Ctrl+Y; Ctrl+Shift+Z", QKeySequence::Redo, "redo", false},
+    {QT_TRANSLATE_NOOP("EditorActions", "剪切"), "", QKeySequence::Cut, nullptr, false},
+    {QT_TRANSLATE_NOOP("EditorActions", "复制"), "", QKeySequence::Copy, nullptr, false},
+    {QT_TRANSLATE_NOOP("EditorActions", "粘贴"), "", QKeySequence::Paste, nullptr, false},
+    {QT_TRANSLATE_NOOP("EditorActions", "全选"), "", QKeySequence::SelectAll, nullptr, false},
+    {QT_TRANSLATE_NOOP("EditorActions", "加粗"), "Ctrl+B", QKeySequence::UnknownKey, "bold", true},
+    {QT_TRANSLATE_NOOP("EditorActions", "斜体"), "Ctrl+I", QKeySequence::UnknownKey, "italic", true},
+    {QT_TRANSLATE_NOOP("EditorActions", "下划线"), "Ctrl+U", QKeySequence::UnknownKey, "underline", true},
+    {QT_TRANSLATE_NOOP("EditorActions", "左对齐"), "Ctrl+L", QKeySequence::UnknownKey, "align_left", true},
+    {QT_TRANSLATE_NOOP("EditorActions", "居中"), "Ctrl+E", QKeySequence::UnknownKey, "align_center", true},
+    {QT_TRANSLATE_NOOP("EditorActions", "右对齐"), "Ctrl+R", QKeySequence::UnknownKey, "align_right", true},
+    {QT_TRANSLATE_NOOP("EditorActions", "缩小字号"), "Ctrl+[; Ctrl+Shift+<", QKeySequence::UnknownKey, "smaller",
      false},
-    {QT_TRANSLATE_NOOP("EditorActions", "剪切"), "", QKeySequence::Cut, -1, false},
-    {QT_TRANSLATE_NOOP("EditorActions", "复制"), "", QKeySequence::Copy, -1, false},
-    {QT_TRANSLATE_NOOP("EditorActions", "粘贴"), "", QKeySequence::Paste, -1, false},
-    {QT_TRANSLATE_NOOP("EditorActions", "全选"), "", QKeySequence::SelectAll, -1, false},
-    {QT_TRANSLATE_NOOP("EditorActions", "加粗"), "Ctrl+B", QKeySequence::UnknownKey, icon(Glyph::Bold), true},
-    {QT_TRANSLATE_NOOP("EditorActions", "斜体"), "Ctrl+I", QKeySequence::UnknownKey, icon(Glyph::Italic), true},
-    {QT_TRANSLATE_NOOP("EditorActions", "下划线"), "Ctrl+U", QKeySequence::UnknownKey, icon(Glyph::Underline), true},
-    {QT_TRANSLATE_NOOP("EditorActions", "左对齐"), "Ctrl+L", QKeySequence::UnknownKey, icon(Glyph::AlignLeft), true},
-    {QT_TRANSLATE_NOOP("EditorActions", "居中"), "Ctrl+E", QKeySequence::UnknownKey, icon(Glyph::AlignCenter), true},
-    {QT_TRANSLATE_NOOP("EditorActions", "右对齐"), "Ctrl+R", QKeySequence::UnknownKey, icon(Glyph::AlignRight), true},
-    {QT_TRANSLATE_NOOP("EditorActions", "缩小字号"), "Ctrl+[; Ctrl+Shift+<", QKeySequence::UnknownKey,
-     icon(Glyph::Smaller), false},
-    {QT_TRANSLATE_NOOP("EditorActions", "增大字号"), "Ctrl+]; Ctrl+Shift+>", QKeySequence::UnknownKey,
-     icon(Glyph::Larger), false},
+    {QT_TRANSLATE_NOOP("EditorActions", "增大字号"), "Ctrl+]; Ctrl+Shift+>", QKeySequence::UnknownKey, "larger",
+     false},
 };
+
+/// Of a strip with the looks of an enabled and a disabled button, in both densities.
+QIcon iconOf(const ActionRow& row)
+{
+    QIcon icon;
+    for (const char* density : {"", "@2x"}) {
+        QImage strip(QStringLiteral(":/new/src/images/%1%2.png").arg(row.icon, density));
+        strip.setDevicePixelRatio(1); // looks are cut in pixels of the file
+        const int side = strip.height();
+        icon.addPixmap(QPixmap::fromImage(strip.copy(0, 0, side, side)), QIcon::Normal);
+        icon.addPixmap(QPixmap::fromImage(strip.copy(side, 0, side, side)), QIcon::Disabled);
+    }
+    return icon;
+}
 
 QList<QKeySequence> shortcutsOf(const ActionRow& row)
 {
@@ -87,6 +97,8 @@ EditorActions::EditorActions(QTextEdit* editor, QWidget* owner)
     for (int id = 0; id < Count; ++id) {
         auto* action = new QAction(this);
         action->setCheckable(kRows[id].checkable);
+        if (kRows[id].icon)
+            action->setIcon(iconOf(kRows[id]));
         action->setIconVisibleInMenu(false); // the menu shows check marks in their place
         action->setShortcuts(shortcutsOf(kRows[id]));
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -95,7 +107,6 @@ EditorActions::EditorActions(QTextEdit* editor, QWidget* owner)
         m_actions.append(action);
     }
     retranslate();
-    setColours(owner->palette());
     connectAll();
     followCursor();
 }
@@ -145,14 +156,6 @@ void EditorActions::retranslate()
     for (int id = 0; id < Count; ++id) {
         m_actions[id]->setText(tr(kRows[id].text));
         m_actions[id]->setToolTip(toolTipOf(*m_actions[id]));
-    }
-}
-
-void EditorActions::setColours(const QPalette& palette)
-{
-    for (int id = 0; id < Count; ++id) {
-        if (kRows[id].glyph >= 0)
-            m_actions[id]->setIcon(toolbarIcon(static_cast<Glyph>(kRows[id].glyph), palette));
     }
 }
 

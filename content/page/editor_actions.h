@@ -1,7 +1,5 @@
 #pragma once
 
-#include "content/page/toolbar_icons.h"
-
 #include <QAction>
 #include <QList>
 #include <QObject>
@@ -44,9 +42,8 @@ public:
     void fillToolBar(QToolBar& bar) const;
     void fillMenu(QMenu& menu) const;
 
-    /// Texts in the language of the moment; icons in the colours of the palette.
+    /// Texts in the language of the moment.
     void retranslate();
-    void setColours(const QPalette& palette);
 
 private:
     void connectAll();
