@@ -134,7 +134,8 @@ void MainWindow::doPrint(QImage image, int printType)
         qDebug() << "isRunning wait";
         printThread->requestInterruption();
     }
-    // Without effect on a thread that runs: the job just stored is printed by the start after this one.
+    // start() has no effect on a thread that runs. The job stored here is then lost to the next request, which stores
+    // its own before it starts (docs/architecture.md, "Kept behaviour").
     printThread->setImage(image, printType);
     printThread->start();
 }
@@ -250,7 +251,8 @@ void MainWindow::onCheckSetCrcKeyFirstTime(bool isSuccess)
     connectingDialog->setText(tr("设备连接中,请稍后..."));
     if (!connectingDialog->isVisible())
         connectingDialog->show();
-    // Not cancelled when the dialog closes early: it then finds the dialog hidden, or cuts the next phase short.
+    // Goes on when the dialog closes early. It then finds the dialog hidden, or cuts the next phase short
+    // (docs/architecture.md, "Kept behaviour").
     QTimer::singleShot(kConnectingMs, Qt::CoarseTimer, this, &MainWindow::onDeviceInitTimeout);
 }
 

@@ -36,8 +36,7 @@ public:
 
     EditMainWindow* page() const { return editWindow; }
 
-    /// Ends both threads and waits for them; a job that is being printed goes out whole first. Nothing prints after
-    /// that.
+    /// Ends both threads and waits for them. A job that is being printed goes out whole; later ones are dropped.
     void stopThreads();
 
 signals:
@@ -45,8 +44,8 @@ signals:
     void signalsPickImage(QImage image);
 
 public slots:
-    /// Starts a print job. While the device is being connected the request is dropped; while a job runs the new one
-    /// waits for the next start.
+    /// Starts a print job. While the device is being connected the request is dropped. While a job runs the new one
+    /// is stored and not started: the next request, which brings a page of its own, takes its place.
     /// @param image      the page, as wide as the print head
     /// @param printType  0 for a page with pictures, 1 for text alone
     void doPrint(QImage image, int printType);
