@@ -10,8 +10,8 @@
 
 namespace {
 
-/// The stored language is read and not heeded: every start begins in Chinese, and another language shows once the
-/// user switches to it. The translator lives as long as the process.
+/// Every start begins in Chinese, and another language shows once the user switches to it: the stored one is read and
+/// not heeded (docs/architecture.md, "Kept behaviour"). The translator lives as long as the process.
 void installChinese(const QString& storedLanguage)
 {
     Q_UNUSED(storedLanguage)

@@ -16,9 +16,9 @@ constexpr int kTitleBarHeight = 30; ///< pixels
 
 WelcomeWindow::WelcomeWindow(QWidget* parent)
     : HMBaseWindow(parent)
-    , ui(std::make_unique<Ui::WelcomeWindow>())
+    , m_ui(std::make_unique<Ui::WelcomeWindow>())
 {
-    ui->setupUi(this);
+    m_ui->setupUi(this);
     titleBar()->resize(width(), kTitleBarHeight);
     QTimer::singleShot(kShownMs, Qt::CoarseTimer, this, &WelcomeWindow::handleTimeOut);
 }

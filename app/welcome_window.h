@@ -25,6 +25,6 @@ public:
 private:
     void handleTimeOut();
 
-    const std::unique_ptr<Ui::WelcomeWindow> ui;
+    const std::unique_ptr<Ui::WelcomeWindow> m_ui;
     MainWindow* m_mainWindow = nullptr;
 };

@@ -50,7 +50,8 @@ void ProgressCatRunningDialog::startAnimation()
 {
     // The style sheet shows the first frame as the label's background, which would stand still behind the moving cat.
     m_ui->label->setAttribute(Qt::WA_NoSystemBackground);
-    auto* movie = new QMovie(QStringLiteral(":/new/src/images/progress_catrun.gif")); // outlives the dialog
+    // The movie outlives the dialog (docs/architecture.md, "Kept behaviour").
+    auto* movie = new QMovie(QStringLiteral(":/new/src/images/progress_catrun.gif"));
     movie->setScaledSize(m_ui->label->size());
     m_ui->label->setMovie(movie);
     movie->start();

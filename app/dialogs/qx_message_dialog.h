@@ -18,8 +18,7 @@ public:
     explicit QXMessageDialog(QWidget* parent = nullptr);
     ~QXMessageDialog() override;
 
-    /// Shows "code:<code> \n msg:<msg>", on two lines. The label takes the size of the text, the dialog keeps its
-    /// own.
+    /// Shows "code:<code> \n msg:<msg>", on two lines. The label takes the size of the text; the dialog keeps its own.
     void setMessage(int code, QString msg);
     /// Shows a text as it is. The label takes its size.
     void setText(const QString& text);

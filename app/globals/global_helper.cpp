@@ -10,7 +10,8 @@ GlobalHelper* GlobalHelper::instance()
     static QMutex mutex;
     static std::atomic<GlobalHelper*> kept{nullptr};
 
-    // Deliberate leak: an object is made before the pointer is looked at, and only the first one is ever used.
+    // The object comes before the look at the pointer, so each later call leaks its one byte
+    // (docs/architecture.md, "Kept behaviour").
     auto* fresh = new GlobalHelper;
     if (!kept.load(std::memory_order_acquire)) {
         const QMutexLocker lock(&mutex);

@@ -4,7 +4,7 @@
 class GlobalHelper
 {
 public:
-    /// Always the same object. Any thread. Every call but the first leaves one byte behind, see the source.
+    /// Always the same object. Any thread. Every call but the first leaks one byte.
     static GlobalHelper* instance();
 
 private:

@@ -29,7 +29,8 @@ const char* levelLabel(QtMsgType type)
 
 QString formatRecord(const QMessageLogContext& context, const QString& message)
 {
-    // Through the local encoding and back as UTF-8: where the two differ, readers of the log know the altered text.
+    // Through the local encoding and back as UTF-8. Where the two differ, readers of the log know the altered text
+    // (docs/architecture.md, "Kept behaviour").
     const QString text = QString::fromUtf8(message.toLocal8Bit());
     const QString dateTime = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss ddd"));
     // All arguments at once, so that a "%2" inside the message is not taken for a place to fill.
@@ -76,7 +77,7 @@ void fileMessageHandler(QtMsgType type, const QMessageLogContext& context, const
     static QMutex mutex;
     const QMutexLocker lock(&mutex);
 
-    // The label is looked up and left out: the log's readers expect records without a level.
+    // The log's readers expect records without a level (docs/architecture.md, "Kept behaviour").
     Q_UNUSED(levelLabel(type))
     const QString record = formatRecord(context, message);
 

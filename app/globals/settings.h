@@ -11,7 +11,8 @@ extern const QString kDefaultLanguage;    ///< language code when none is stored
 extern const QString kLanguageChinese;    ///< language code
 extern const QString kLanguageEnglish;    ///< language code
 extern const QString kTranslationChinese; ///< resource of the Chinese translation
-/// Loaded by nobody, and there is no such resource; the language switch names the English file itself. It stays.
+/// Nobody loads it and no such resource exists; the language switch names the English file itself
+/// (docs/architecture.md, "Kept behaviour").
 extern const QString kTranslationEnglishAlt;
 /// Settings key of the installation identifier. The T is how existing installations spell it.
 extern const QString kUuidKey;

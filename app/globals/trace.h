@@ -2,8 +2,7 @@
 
 #include <QString>
 
-/// Trace hooks: windows hand their progress to them. They do nothing; a debugger's breakpoint is their use.
-/// Any thread.
+/// Trace hooks: windows hand their progress to them. They do nothing but hold a debugger's breakpoint. Any thread.
 void trace(const QString& text);
 void trace(int value);
 

@@ -8,8 +8,7 @@ namespace Ui {
 class LanguageWindow;
 }
 
-/// Switches the language of the running program, which the settings then keep, and the model that is printed for.
-/// GUI thread.
+/// Switches the language of the running program, which the settings then keep, and the model to print for. GUI thread.
 class LanguageWindow : public QWidget
 {
     Q_OBJECT

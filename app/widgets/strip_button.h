@@ -6,9 +6,8 @@
 /// A button whose look is a strip of pictures, one as large as the button for each state, side by side: normal,
 /// hover, pressed and, where the strip is long enough, disabled.
 ///
-/// The form's style sheet cuts the strip for ordinary screens. On dense ones Qt would take the file "<name>@2x.png"
-/// beside it by itself, and cut that at the same numbers of its own, smaller pixels; so there the button paints
-/// itself.
+/// The form's style sheet cuts the strip for ordinary screens. On dense ones Qt would by itself take the file
+/// "<name>@2x.png" beside it and cut that at the same numbers of smaller pixels, so there the button paints itself.
 class StripButton : public QPushButton
 {
     Q_OBJECT

@@ -28,7 +28,7 @@ QString proposedFileName()
            QString::number(QDateTime::currentSecsSinceEpoch()) + QStringLiteral(".png");
 }
 
-// JPEG even where the name ends in ".png", as users of the client have always got it.
+// JPEG even where the name ends in ".png" (docs/architecture.md, "Kept behaviour").
 bool writeJpeg(const QString& path, const QImage& picture)
 {
     QBuffer buffer;

@@ -8,13 +8,12 @@
 class CaptureScreenWindow;
 class QScreen;
 
-/// A still picture of the primary screen, over the whole of it, from which the user drags out a rectangle. GUI
-/// thread.
+/// A still picture of the primary screen, over the whole of it, from which the user drags out a rectangle.
 ///
 /// The picture is taken by the constructor, which also shows the overlay; a caller who wants its own windows out of
 /// the picture hides them before. The overlay serves one capture. Closing hides it and nothing deletes it: it belongs
 /// to whoever made it, who deletes it after signalClose, from the event loop (deleteLater) and not inside the signal.
-/// It neither keeps the program running nor ends it.
+/// It neither keeps the program running nor ends it. GUI thread.
 ///
 /// Where the screen cannot be grabbed (no X server, for example) a line of the log says so, nothing is ever shown,
 /// and signalClose comes from the event loop, so that it also reaches who connects to it after construction.

@@ -92,8 +92,7 @@ void PageEditor::insertFromMimeData(const QMimeData* source)
 
 void PageEditor::insertPictureFiles(const QList<QUrl>& urls)
 {
-    // Files that come together count as a second apart; else all would carry one name and show the last one's
-    // picture.
+    // Files that come together count as a second apart, else all would share one name and show the last picture.
     qint64 seconds = QDateTime::currentSecsSinceEpoch();
     QTextCursor step = textCursor();
     step.beginEditBlock();

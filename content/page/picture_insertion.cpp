@@ -33,7 +33,7 @@ QString pictureName(qint64 secondsSinceEpoch)
 
 int pictureWidth(const QTextEdit& editor)
 {
-    // Millimetres from pixels looks wrong and is meant.
+    // Millimetres, not pixels (docs/architecture.md, "Kept behaviour").
     return editor.viewport()->rect().width() - editor.verticalScrollBar()->widthMM();
 }
 

@@ -6,7 +6,8 @@
 class QTextEdit;
 
 /// Name of a picture that is inserted at a time: "capture_image_" and one character whose code is the number of
-/// seconds modulo 65536. Pictures of the same second share a name; the later one then takes the place of the earlier.
+/// seconds modulo 65536. Pictures of the same second share a name, and the later one takes the earlier's place
+/// (docs/architecture.md, "Kept behaviour").
 QString pictureName(qint64 secondsSinceEpoch);
 
 /// Width that an inserted picture gets: that of the viewport less the vertical scroll bar's width in millimetres.
