@@ -2,9 +2,11 @@
 
 #include "ui_capture_screen_window.h"
 
+#include <QEvent>
+
 CaptureScreenWindow::CaptureScreenWindow(QWidget* parent)
     : QWidget(parent)
-    , m_ui(new Ui::CaptureScreenWindow)
+    , m_ui(std::make_unique<Ui::CaptureScreenWindow>())
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground); // a bare QWidget would not paint the panel of its style sheet
@@ -15,3 +17,10 @@ CaptureScreenWindow::CaptureScreenWindow(QWidget* parent)
 }
 
 CaptureScreenWindow::~CaptureScreenWindow() = default;
+
+void CaptureScreenWindow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        m_ui->retranslateUi(this);
+    QWidget::changeEvent(event);
+}

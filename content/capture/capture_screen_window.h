@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QScopedPointer>
 #include <QWidget>
+
+#include <memory>
 
 namespace Ui {
 class CaptureScreenWindow;
@@ -24,6 +25,9 @@ signals:
     void signalClickCancel();
     void signalClickComplete();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
-    const QScopedPointer<Ui::CaptureScreenWindow> m_ui;
+    const std::unique_ptr<Ui::CaptureScreenWindow> m_ui;
 };

@@ -7,20 +7,9 @@
 #include <QLabel>
 #include <QMovie>
 #include <QPushButton>
-#include <QTranslator>
 #include <QtTest>
 
 namespace {
-
-/// Brackets every text that comes through the translator.
-struct Bracketer : QTranslator
-{
-    bool isEmpty() const override { return false; }
-    QString translate(const char*, const char* source, const char*, int) const override
-    {
-        return QString("[%1]").arg(QString::fromUtf8(source));
-    }
-};
 
 QLabel* labelOf(const QDialog& dialog, const char* name)
 {
@@ -39,18 +28,6 @@ public slots:
     void open(const QUrl& url) { m_opened << url.toString(); }
 
 private slots:
-    void windows()
-    {
-        const QXMessageDialog message;
-        const ProgressCatRunningDialog busy;
-        const AboutQuillboxDialog about;
-        QCOMPARE(message.size(), QSize(271, 185));
-        QCOMPARE(about.size(), QSize(250, 202));
-        QCOMPARE(int(busy.windowFlags()), 0x44800 | Qt::Window);
-        // To these Qt adds the parts of a title bar.
-        QCOMPARE(int(about.windowFlags()) & (0x40000 | Qt::FramelessWindowHint | Qt::Dialog), 0x40000 | Qt::Window);
-    }
-
     void message()
     {
         QXMessageDialog dialog;
@@ -59,12 +36,8 @@ private slots:
         QCOMPARE(label->text(), QString("code:-1 \n msg:x"));
         QCOMPARE(label->size(), label->sizeHint());
         dialog.setMessage(5, "<b>%1</b> " + QString(100000, 'x'));
-        QVERIFY(label->text().startsWith("code:5 \n msg:<b>%1</b> x"));
-        QVERIFY(label->text().size() < 5000);
+        QVERIFY(label->text().startsWith("code:5 \n msg:<b>%1</b> x") && label->text().size() < 5000);
         QCOMPARE(label->textFormat(), Qt::PlainText);
-        dialog.setText("x");
-        QCOMPARE(label->text(), QString("x"));
-        QCOMPARE(label->size(), label->sizeHint());
 
         const auto* buttons = dialog.findChild<QDialogButtonBox*>();
         for (const auto button : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
@@ -95,18 +68,15 @@ private slots:
         QCOMPARE(QCoreApplication::exec(), 0);
     }
 
-    void busyTextAndStack()
+    void busyTextAndFrame()
     {
         ProgressCatRunningDialog dialog;
         const QLabel* label = labelOf(dialog, "labelText");
-        QCOMPARE(dialog.childAt(100, 60)->objectName(), QString("label"));
+        QCOMPARE(dialog.windowFlags(), Qt::WindowFlags(0x44800) | Qt::Window);
+        QCOMPARE(dialog.childAt(100, 60), labelOf(dialog, "label"));
         QCOMPARE(dialog.childAt(100, 110), label);
-        QCOMPARE(dialog.childAt(10, 10)->objectName(), QString("label_2"));
         // Beside the card the desktop shows, whatever the style sheet says about a background.
         QCOMPARE(qAlpha(dialog.grab().toImage().pixel(152, 75)), 0);
-
-        dialog.setText(QString::fromUtf8("设备连接中,请稍后..."));
-        QVERIFY(label->geometry().right() < 150); // fits the card
         dialog.setText(QString(60, 'w'));
         QVERIFY(label->width() > 121);
         QCOMPARE(dialog.size(), QSize(155, 153));
@@ -126,6 +96,9 @@ private slots:
     void aboutByMouseAndByKeyboard()
     {
         AboutQuillboxDialog dialog;
+        // Qt adds the parts of a title bar to the one flag.
+        QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint && !(dialog.windowFlags() & Qt::FramelessWindowHint));
+        QCOMPARE(dialog.windowType(), Qt::Window);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         QDesktopServices::setUrlHandler("https", this, "open");
@@ -137,25 +110,6 @@ private slots:
         QCOMPARE(m_opened.size(), 2);
         QTest::keyClick(dialog.windowHandle(), Qt::Key_Escape);
         QVERIFY(!dialog.isVisible());
-    }
-
-    void languageChange()
-    {
-        QXMessageDialog messageDialog;
-        ProgressCatRunningDialog busy, untouched;
-        AboutQuillboxDialog about;
-        messageDialog.setMessage(1, "kept");
-        busy.setText("kept");
-        Bracketer translator;
-        QCoreApplication::installTranslator(&translator);
-        QTRY_COMPARE(labelOf(untouched, "labelText")->text(), QString::fromUtf8("[加载中，请稍后...]"));
-        QCOMPARE(labelOf(busy, "labelText")->text(), QString("kept"));
-        QCOMPARE(labelOf(messageDialog, "label")->text(), QString("code:1 \n msg:kept"));
-        QCOMPARE(labelOf(about, "labelTitle")->text(), QString::fromUtf8("[关于羽毛盒]"));
-        QCOMPARE(labelOf(about, "labelVersion")->text(), QString::fromUtf8("[版本:]V1.0.0"));
-        QCOMPARE(
-            labelOf(about, "labelLink")->text(),
-            QString::fromUtf8("<a style='color: black;' href = 'https://www.quillbox.example/'>[羽毛盒官网]</a>"));
     }
 };
 
