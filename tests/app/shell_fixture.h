@@ -8,7 +8,6 @@
 #include "simulator/simulated_printer.h"
 #include "tests/shown_window.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QtTest>
@@ -51,18 +50,5 @@ inline bool isBusy(const QString& text)
 
 inline bool isConnecting()
 {
-    return isBusy(QString::fromUtf8("设备连接中,请稍后..."));
-}
-
-inline SimulatedPrinter& printer()
-{
-    return simulatedPrinter();
-}
-
-inline int printDataFrames()
-{
-    int count = 0;
-    for (const FrameRecord& frame : printer().frames())
-        count += frame.code == 0 ? 1 : 0;
-    return count;
+    return isBusy(QStringLiteral("设备连接中,请稍后..."));
 }
