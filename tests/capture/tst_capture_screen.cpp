@@ -7,6 +7,8 @@
 #include <QScreen>
 #include <QtTest>
 
+#include <memory>
+
 struct Overlay : CaptureScreen
 {
     QString fileName;
@@ -22,7 +24,7 @@ class CaptureScreenTest : public QObject
     Q_OBJECT
 
     QTemporaryDir m_folder;
-    QScopedPointer<Overlay> m_overlay;
+    std::unique_ptr<Overlay> m_overlay;
 
     static QPixmap desktop()
     {
@@ -50,7 +52,7 @@ class CaptureScreenTest : public QObject
             QTest::mouseMove(window, points[step[1]]);
             QTest::mouseRelease(window, Qt::LeftButton, {}, points[step[1]]);
         } else if (auto* button = m_overlay->findChild<QPushButton*>(step)) {
-            QTest::mouseClick(window, Qt::LeftButton, {}, button->mapTo(m_overlay.data(), QPoint(16, 16)));
+            QTest::mouseClick(window, Qt::LeftButton, {}, button->mapTo(m_overlay.get(), QPoint(16, 16)));
         } else if (step == "AltF4") {
             window->close(); // arrives as what the window manager sends
         } else {
@@ -65,7 +67,7 @@ private slots:
         window.setPixmap(desktop());
         window.show();
         QTRY_VERIFY(everyDotIs({0, 0}, QColor(0, 0, 240)));
-        m_overlay.reset(new Overlay);
+        m_overlay = std::make_unique<Overlay>();
         QTRY_VERIFY(m_overlay->hasFocus() && m_overlay->mapToGlobal(QPoint()).isNull());
     }
 
@@ -90,8 +92,8 @@ private slots:
         QFETCH(QString, steps);
         QFETCH(QString, file);
         m_overlay->fileName = file.isEmpty() ? QString() : m_folder.filePath(file);
-        QSignalSpy pictures(m_overlay.data(), &CaptureScreen::signalCompleteCature);
-        QSignalSpy closes(m_overlay.data(), &CaptureScreen::signalClose);
+        QSignalSpy pictures(m_overlay.get(), &CaptureScreen::signalCompleteCature);
+        QSignalSpy closes(m_overlay.get(), &CaptureScreen::signalClose);
         int messages = 0;
         QTimer timer;
         timer.callOnTimeout([&] { messages += qApp->activeModalWidget() && qApp->activeModalWidget()->close(); });
@@ -119,7 +121,7 @@ private slots:
         QVERIFY(everyDotIs({80, 120}, Qt::blue) && everyDotIs({239, 120}, Qt::blue) &&
                 everyDotIs({50, 200}, QColor(0, 0, 146)));
         QCOMPARE(m_overlay->findChild<QWidget*>("CaptureScreenWindow")->geometry().topRight(), QPoint(239, 170));
-        QTimer::singleShot(0, m_overlay.data(), &QWidget::close);
+        QTimer::singleShot(0, m_overlay.get(), &QWidget::close);
         QTimer::singleShot(200, qApp, [] { QCoreApplication::exit(1); });
         QCOMPARE(qApp->exec(), 1);
     }

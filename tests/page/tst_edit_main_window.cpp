@@ -14,11 +14,13 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <memory>
+
 class EditMainWindowTest : public QObject
 {
     Q_OBJECT
 
-    QScopedPointer<EditMainWindow> m_window;
+    std::unique_ptr<EditMainWindow> m_window;
     QTemporaryDir m_folder;
 
     QTextEdit* editor() const { return m_window->editor(); }
@@ -99,10 +101,10 @@ private slots:
     void init()
     {
         g_modelIndex = 0;
-        m_window.reset(new EditMainWindow);
+        m_window = std::make_unique<EditMainWindow>();
         m_window->initFont();
         m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.data()));
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         editor()->setFocus();
     }
 
@@ -111,7 +113,7 @@ private slots:
         EditMainWindow hidden; // prints the same although it was never shown
         hidden.resize(m_window->size());
         hidden.initFont();
-        QSignalSpy spy(m_window.data(), &EditMainWindow::signDoPrint);
+        QSignalSpy spy(m_window.get(), &EditMainWindow::signDoPrint);
         QSignalSpy hiddenSpy(&hidden, &EditMainWindow::signDoPrint);
         for (const bool withPicture : {false, true}) {
             const QString html = withPicture ? "一行 <img src='data:,P1 1 1 1'>" : "一行 &lt;img src='typed'&gt;";
@@ -284,7 +286,7 @@ private slots:
     void contextMenu()
     {
         QApplication::clipboard()->clear();
-        QScopedPointer<QMenu> menu(m_window->createContextMenu());
+        std::unique_ptr<QMenu> menu(m_window->createContextMenu());
         QVERIFY(menu->actions().contains(m_window->fontAction()));
         for (const auto id : {EditorActions::Undo, EditorActions::Copy, EditorActions::Paste})
             QVERIFY(menu->actions().contains(action(id)) && !action(id)->isEnabled());
