@@ -90,9 +90,9 @@ Qt::Alignment commonAlignment(const QTextEdit& editor)
     const auto alignmentOf = [](const QTextBlock& of) {
         return of.blockFormat().alignment() & Qt::AlignHorizontal_Mask;
     };
-    const Qt::Alignment first = alignmentOf(block) & ~Qt::Alignment(Qt::AlignAbsolute);
+    const Qt::Alignment first = alignmentOf(block) & ~Qt::Alignment{Qt::AlignAbsolute};
     for (; block.isValid() && block.position() <= cursor.selectionEnd(); block = block.next()) {
-        if ((alignmentOf(block) & ~Qt::Alignment(Qt::AlignAbsolute)) != first)
+        if ((alignmentOf(block) & ~Qt::Alignment{Qt::AlignAbsolute}) != first)
             return {};
     }
     return first;
