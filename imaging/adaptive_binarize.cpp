@@ -1,6 +1,5 @@
 #include "imaging/adaptive_binarize.h"
 
-#include "imaging/conversion.h"
 #include "imaging/picture_checks.h"
 #include "imaging/thresholds.h"
 
@@ -116,12 +115,8 @@ void applyThresholds(const ImageBuffer& image, Grid grid, const std::uint8_t* ma
 
 std::int32_t adaptiveBinarize(ImageBuffer* image)
 {
-    if (imaging::isNull(image))
-        return imaging::kRefused;
-    if (image->format == FormatBinary)
-        return imaging::kDone;
-    if (!imaging::ensureGray(image))
-        return imaging::kRefused;
+    if (const auto answer = imaging::answerUnlessGray(image))
+        return *answer;
 
     const Grid grid{image->width / kColumnStep, image->height / kRowStep};
     if (grid.columns < kMinSide || grid.rows < kMinSide || std::int64_t{grid.columns} * grid.rows < kMinSamples)

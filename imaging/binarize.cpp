@@ -1,7 +1,6 @@
 #include "imaging/binarize.h"
 
 #include "imaging/adaptive_binarize.h"
-#include "imaging/conversion.h"
 #include "imaging/isolated_dots.h"
 #include "imaging/picture_checks.h"
 #include "imaging/sharpen.h"
@@ -71,12 +70,8 @@ void imaging::thresholdBytes(std::uint8_t* bytes, std::size_t count, std::int32_
 
 std::int32_t binarizeImage(ImageBuffer* image, std::int32_t method)
 {
-    if (imaging::isNull(image))
-        return imaging::kRefused;
-    if (image->format == FormatBinary)
-        return imaging::kDone;
-    if (!imaging::ensureGray(image))
-        return imaging::kRefused;
+    if (const auto answer = imaging::answerUnlessGray(image))
+        return *answer;
 
     if (method >= kFirstSharpened) {
         sharpenImage(image); // a picture too small to sharpen is thresholded as it is

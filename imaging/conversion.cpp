@@ -105,7 +105,7 @@ std::int32_t imageToGray(ImageBuffer* image)
         convertPixels<3>(data, 0, count, grayOfBgr24);
         break;
     case FormatRgb565:
-        convertPixels<2>(data, 0, count >> 1, grayOfRgb565); // half the pixels, on purpose
+        convertPixels<2>(data, 0, count >> 1, grayOfRgb565); // half of them, see the header
         break;
     case FormatXrgb32:
         convertPixels<4>(data, convertBlocks32<true>(data, count), count, grayOfXrgb32);
@@ -122,11 +122,4 @@ std::int32_t imageToGray(ImageBuffer* image)
 bool imaging::needsGrayConversion(std::int32_t format)
 {
     return (static_cast<std::uint32_t>(format) & ~4u) < 2;
-}
-
-bool imaging::ensureGray(ImageBuffer* image)
-{
-    if (isTooLarge(*image))
-        return false;
-    return !needsGrayConversion(image->format) || imageToGray(image) == kDone;
 }

@@ -1,6 +1,5 @@
 #include "imaging/floyd_steinberg.h"
 
-#include "imaging/conversion.h"
 #include "imaging/picture_checks.h"
 
 #include <memory>
@@ -10,22 +9,21 @@ namespace imaging {
 namespace {
 
 // Errors keep within -127..127 (the shares a pixel receives weigh one together, and are truncated), so 16 bits hold
-// every sum. The row's errors have one cell on either side for what leaves the picture;
-// nobody reads those.
+// every sum. One cell on either side of the row takes what leaves the picture; nobody reads those two.
 class ErrorRow
 {
 public:
     explicit ErrorRow(std::size_t width)
-        : cells_(new (std::nothrow) std::int16_t[width + 2]())
+        : m_cells(new (std::nothrow) std::int16_t[width + 2]())
     {
     }
 
-    explicit operator bool() const { return cells_ != nullptr; }
-    std::int16_t& at(std::ptrdiff_t x) { return cells_[static_cast<std::size_t>(x + 1)]; }
+    explicit operator bool() const { return m_cells != nullptr; }
+    std::int16_t& at(std::ptrdiff_t x) { return m_cells[static_cast<std::size_t>(x + 1)]; }
     void add(std::ptrdiff_t x, int share) { at(x) = static_cast<std::int16_t>(at(x) + share); }
 
 private:
-    std::unique_ptr<std::int16_t[]> cells_;
+    std::unique_ptr<std::int16_t[]> m_cells;
 };
 
 // One cell row is enough: the cell of a pixel is free for the row below as soon as the pixel has been settled. The
@@ -52,12 +50,8 @@ void diffuseRow(std::uint8_t* row, std::ptrdiff_t width, bool leftward, ErrorRow
 
 std::int32_t floydSteinbergDiffuse(ImageBuffer* image)
 {
-    if (isNull(image))
-        return kRefused;
-    if (image->format == FormatBinary)
-        return kDone;
-    if (!ensureGray(image))
-        return kRefused;
+    if (const auto answer = answerUnlessGray(image))
+        return *answer;
 
     const std::int32_t width = image->width > 0 ? image->width : 0;
     ErrorRow errors(static_cast<std::size_t>(width));

@@ -1,6 +1,5 @@
 #include "imaging/halftone.h"
 
-#include "imaging/conversion.h"
 #include "imaging/floyd_steinberg.h"
 #include "imaging/histogram.h"
 #include "imaging/picture_checks.h"
@@ -73,12 +72,8 @@ void stretchContrast(ImageBuffer* image)
 std::int32_t halftoneImage(ImageBuffer* image, std::int32_t /*low*/, std::int32_t /*high*/, std::int32_t polarity,
                            std::int32_t mode)
 {
-    if (imaging::isNull(image))
-        return imaging::kRefused;
-    if (image->format == FormatBinary)
-        return imaging::kDone;
-    if (!imaging::ensureGray(image))
-        return imaging::kRefused;
+    if (const auto answer = imaging::answerUnlessGray(image))
+        return *answer;
     image->channels = 1; // the tone change below goes by it, and a grey record may have come with another number
 
     if (polarity == DecideByPicture)
@@ -97,7 +92,7 @@ std::int32_t halftoneImage(ImageBuffer* image, std::int32_t /*low*/, std::int32_
 
 std::int32_t isMostlyDark(ImageBuffer* image)
 {
-    if (imaging::isNull(image) || image->format == FormatBinary || !imaging::ensureGray(image))
+    if (imaging::answerUnlessGray(image))
         return 0;
     const std::size_t count = imaging::byteCount(*image);
     const auto white = static_cast<std::int32_t>(

@@ -3,8 +3,9 @@
 #include "imaging/image_buffer.h"
 
 /// Whitens, in place, every black dot off the border that stands alone: left, right, upper-left, upper, upper-right,
-/// lower-left and lower neighbour all white (255). The lower-right neighbour is deliberately not looked at, and a dot
-/// that has been removed counts as white for the dots after it (row by row, left to right).
+/// lower-left and lower neighbour all white (255). The lower-right neighbour does not count, so falling diagonals
+/// unravel from their upper end (docs/architecture.md, "Kept behaviour"). A dot that has been removed counts as
+/// white for the dots after it (row by row, left to right).
 /// @return 1, also when there are fewer than 3 rows or columns; 0 for a null record, null data, a picture that is not
 ///         FormatBinary or is too large (kMaxPixels)
 std::int32_t removeIsolatedDots(ImageBuffer* image);

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "imaging/image_buffer.h"
+#include "imaging/conversion.h"
 
 #include <cstddef>
 #include <limits>
+#include <optional>
 
 /// What every operation asks about a record before it touches a byte.
 namespace imaging {
@@ -37,6 +38,22 @@ inline bool isTooLarge(const ImageBuffer& image)
 inline std::size_t byteCount(const ImageBuffer& image)
 {
     return static_cast<std::size_t>(pixelCount(image));
+}
+
+/// Converts a colour picture to grey, for an operation that works on grey bytes.
+/// @return nothing when the operation has grey bytes to work on; else the result that it ends with at once: kDone for
+///         a binary picture, which stays as it is, kRefused for a null record, null data or a picture too large
+inline std::optional<std::int32_t> answerUnlessGray(ImageBuffer* image)
+{
+    if (isNull(image))
+        return kRefused;
+    if (image->format == FormatBinary)
+        return kDone;
+    if (isTooLarge(*image))
+        return kRefused;
+    if (needsGrayConversion(image->format))
+        imageToGray(image);
+    return std::nullopt;
 }
 
 /// First byte of row y of a grey or binary picture.

@@ -1,6 +1,5 @@
 #include "imaging/sharpen.h"
 
-#include "imaging/conversion.h"
 #include "imaging/picture_checks.h"
 
 #include <algorithm>
@@ -26,15 +25,13 @@ void sharpenRow(const std::uint8_t* middle, std::size_t width, std::uint8_t* out
 
 std::int32_t sharpenImage(ImageBuffer* image)
 {
-    if (imaging::isNull(image))
-        return imaging::kRefused;
-    if (image->format == FormatBinary)
-        return imaging::kDone;
-    if (!imaging::ensureGray(image) || image->width < 3 || image->height < 3)
+    if (const auto answer = imaging::answerUnlessGray(image))
+        return *answer;
+    if (image->width < 3 || image->height < 3)
         return imaging::kRefused;
 
     const std::size_t count = imaging::byteCount(*image);
-    auto* copy = new (std::nothrow) std::uint8_t[count]; // never released: the leak is kept on purpose
+    auto* copy = new (std::nothrow) std::uint8_t[count]; // never released, see the header
     if (!copy)
         return imaging::kRefused;
     std::memcpy(copy, image->data, count);

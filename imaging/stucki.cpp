@@ -1,6 +1,5 @@
 #include "imaging/stucki.h"
 
-#include "imaging/conversion.h"
 #include "imaging/picture_checks.h"
 
 #include <algorithm>
@@ -56,9 +55,8 @@ constexpr ChainShares makeChainShares()
 
 constexpr ChainShares kChainShares = makeChainShares();
 
-// Eight forty-seconds of an error's magnitude with a product that fits 16 bits: 390 / 2^11 is a little too small, the
-// 64 lifts it over the exact quotients and stays below the next. Halving it, truncated, gives 4, 2 and 1
-// forty-seconds.
+// Eight forty-seconds of an error's magnitude with a product that fits 16 bits: 390 / 2^11 is a little too small, and
+// the 64 lifts it over the exact quotients but not to the next. Halving it, truncated, gives 4, 2 and 1 forty-seconds.
 constexpr std::uint16_t eightFortySeconds(std::uint16_t magnitude)
 {
     return static_cast<std::uint16_t>(static_cast<std::uint16_t>(magnitude * 390u + 64u) >> 11);
@@ -98,28 +96,28 @@ public:
     bool allocate(std::size_t width)
     {
         const std::size_t padded = width + 2 * kPad;
-        values_.reset(new (std::nothrow) std::int16_t[kRowsAtOnce * width]());
-        shares_.reset(new (std::nothrow) Share[kShareRows * 4 * padded]());
-        if (!values_ || !shares_)
+        m_values.reset(new (std::nothrow) std::int16_t[kRowsAtOnce * width]());
+        m_shares.reset(new (std::nothrow) Share[kShareRows * 4 * padded]());
+        if (!m_values || !m_shares)
             return false;
         for (std::size_t i = 0; i < kRowsAtOnce; ++i)
-            values[i] = values_.get() + i * width;
+            values[i] = m_values.get() + i * width;
         for (std::size_t i = 0; i < kShareRows; ++i) {
-            Share* first = shares_.get() + i * 4 * padded;
-            ring_[i] = {first, first + padded, first + 2 * padded, first + 3 * padded};
+            Share* first = m_shares.get() + i * 4 * padded;
+            m_ring[i] = {first, first + padded, first + 2 * padded, first + 3 * padded};
         }
         return true;
     }
 
     /// Shares of row y, valid for y in -2..height - 1; those above the picture are 0.
-    const ShareRow& sharesOf(std::ptrdiff_t y) const { return ring_[static_cast<std::size_t>(y + 2) % kShareRows]; }
+    const ShareRow& sharesOf(std::ptrdiff_t y) const { return m_ring[static_cast<std::size_t>(y + 2) % kShareRows]; }
 
     std::array<std::int16_t*, kRowsAtOnce> values{}; ///< grey plus errors of the rows in work
 
 private:
-    std::unique_ptr<std::int16_t[]> values_;
-    std::unique_ptr<Share[]> shares_;
-    std::array<ShareRow, kShareRows> ring_;
+    std::unique_ptr<std::int16_t[]> m_values;
+    std::unique_ptr<Share[]> m_shares;
+    std::array<ShareRow, kShareRows> m_ring;
 };
 
 /// Columns begin..end - 1.
@@ -212,28 +210,28 @@ class RowGroup
 {
 public:
     RowGroup(const ImageBuffer& image, std::int32_t y, Rows& rows)
-        : image_(image)
-        , y_(y)
-        , rows_(rows)
-        , count_(std::min(kRowsAtOnce, static_cast<std::size_t>(image.height - y)))
+        : m_image(image)
+        , m_y(y)
+        , m_rows(rows)
+        , m_count(std::min(kRowsAtOnce, static_cast<std::size_t>(image.height - y)))
     {
     }
 
     void diffuse()
     {
-        const auto width = static_cast<std::size_t>(image_.width);
-        for (std::size_t front = 0; front < width + (count_ - 1) * kLag; front += kStretch) {
-            for (std::size_t i = 0; i < count_; ++i)
+        const auto width = static_cast<std::size_t>(m_image.width);
+        for (std::size_t front = 0; front < width + (m_count - 1) * kLag; front += kStretch) {
+            for (std::size_t i = 0; i < m_count; ++i)
                 load(i, front, width);
             settleStretches();
-            for (std::size_t i = 0; i < count_; ++i)
-                finish(rows_.values[i], stretches_[i], pixels(i), rows_.sharesOf(row(i)));
+            for (std::size_t i = 0; i < m_count; ++i)
+                finish(m_rows.values[i], m_stretches[i], pixels(i), m_rows.sharesOf(row(i)));
         }
     }
 
 private:
-    std::int32_t row(std::size_t i) const { return y_ + static_cast<std::int32_t>(i); }
-    std::uint8_t* pixels(std::size_t i) const { return imaging::rowOf(image_, row(i)); }
+    std::int32_t row(std::size_t i) const { return m_y + static_cast<std::int32_t>(i); }
+    std::uint8_t* pixels(std::size_t i) const { return imaging::rowOf(m_image, row(i)); }
 
     void load(std::size_t i, std::size_t front, std::size_t width)
     {
@@ -241,39 +239,36 @@ private:
         const auto inRow = [=](std::size_t column) {
             return std::min(column > lag ? column - lag : 0, width);
         };
-        stretches_[i] = {inRow(front), inRow(front + kStretch)};
-        loadValues(pixels(i), rows_.sharesOf(row(i) - 1), rows_.sharesOf(row(i) - 2), stretches_[i], rows_.values[i]);
+        m_stretches[i] = {inRow(front), inRow(front + kStretch)};
+        loadValues(pixels(i), m_rows.sharesOf(row(i) - 1), m_rows.sharesOf(row(i) - 2), m_stretches[i],
+                   m_rows.values[i]);
     }
 
     // At the ends of the rows the stretches differ in length, and the longer one goes on alone.
     void settleStretches()
     {
-        const std::size_t both = std::min(stretches_[0].size(), stretches_[1].size());
-        std::int16_t* upper = rows_.values[0] + stretches_[0].begin;
-        std::int16_t* lower = rows_.values[1] + stretches_[1].begin;
-        settleTwo(upper, chains_[0], lower, chains_[1], both);
-        settle(upper + both, stretches_[0].size() - both, chains_[0]);
-        settle(lower + both, stretches_[1].size() - both, chains_[1]);
+        const std::size_t both = std::min(m_stretches[0].size(), m_stretches[1].size());
+        std::int16_t* upper = m_rows.values[0] + m_stretches[0].begin;
+        std::int16_t* lower = m_rows.values[1] + m_stretches[1].begin;
+        settleTwo(upper, m_chains[0], lower, m_chains[1], both);
+        settle(upper + both, m_stretches[0].size() - both, m_chains[0]);
+        settle(lower + both, m_stretches[1].size() - both, m_chains[1]);
     }
 
-    const ImageBuffer& image_;
-    const std::int32_t y_;
-    Rows& rows_;
-    const std::size_t count_;
-    std::array<Stretch, kRowsAtOnce> stretches_;
-    std::array<Chain, kRowsAtOnce> chains_;
+    const ImageBuffer& m_image;
+    const std::int32_t m_y;
+    Rows& m_rows;
+    const std::size_t m_count;
+    std::array<Stretch, kRowsAtOnce> m_stretches;
+    std::array<Chain, kRowsAtOnce> m_chains;
 };
 
 } // namespace
 
 std::int32_t stuckiDiffuse(ImageBuffer* image)
 {
-    if (imaging::isNull(image))
-        return imaging::kRefused;
-    if (image->format == FormatBinary)
-        return imaging::kDone;
-    if (!imaging::ensureGray(image))
-        return imaging::kRefused;
+    if (const auto answer = imaging::answerUnlessGray(image))
+        return *answer;
 
     Rows rows;
     if (!rows.allocate(static_cast<std::size_t>(std::max(image->width, 0))))

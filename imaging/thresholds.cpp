@@ -2,6 +2,7 @@
 
 #include "imaging/wrap_arithmetic.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace imaging {
@@ -36,7 +37,7 @@ YenSums yenSums(const Histogram& histogram, float total)
 
 struct UsedLevels
 {
-    int low = 0; ///< lowest used level above 0; black itself is skipped on purpose
+    int low = 0; ///< lowest used level above 0; pure black does not count
     int end = 0; ///< one past the highest used level
 };
 
@@ -68,7 +69,7 @@ std::int32_t milliMean(const Histogram& histogram, int first, int last)
 std::int32_t crossEntropyLevel(std::int32_t lowerMean, std::int32_t upperMean)
 {
     const double logarithms = std::log(lowerMean / 1000.0) - std::log(upperMean / 1000.0);
-    const double value = (double(lowerMean) - double(upperMean)) / logarithms;
+    const double value = (static_cast<double>(lowerMean) - static_cast<double>(upperMean)) / logarithms;
     const std::int32_t milli = std::isfinite(value) ? truncToInt32(value) : 0;
     const double level = static_cast<float>(milli) / 1000.0f;
     return truncToInt32(level >= -2.220446e-16 ? level + 0.5 : level - 0.5);
@@ -129,19 +130,16 @@ std::int32_t minimumCrossEntropyThreshold(const Histogram& histogram)
     const std::int32_t total = binSum(histogram, 0, 255);
     if (total == 0)
         return 0;
-    // From the first round on the running value K is a whole number of levels, and the level t = (K + 500) / 1000 of
-    // a round is that number: to remember the levels is to remember every K.
     std::array<bool, 256> seen{};
-    std::int32_t level = truncToInt32(double(weightedBinSum(histogram, 0, 255)) / total);
-    if (level < 0)
-        level = 0; // a wrapped sum
+    // Negative where the sum has wrapped.
+    std::int32_t level = std::max(truncToInt32(static_cast<double>(weightedBinSum(histogram, 0, 255)) / total), 0);
     for (;;) {
         seen[static_cast<std::size_t>(level)] = true;
         const std::int32_t lower = level >= used.low ? milliMean(histogram, used.low, level) : 0;
         const std::int32_t upper = level + 1 < used.end ? milliMean(histogram, level + 1, used.end - 1) : 0;
         const std::int32_t next = crossEntropyLevel(lower, upper);
         if (next < 0 || next > 255 || seen[static_cast<std::size_t>(next)])
-            return level; // settled (next is this level), or going round in a circle
+            return level;
         level = next;
     }
 }

@@ -79,7 +79,7 @@ struct Cubic
 Cubic cubicOf(std::int32_t y, std::int32_t width, std::int32_t rise, std::int32_t m0, std::int32_t m1)
 {
     const double h = width;
-    const double bend = double(m1) - double(m0);
+    const double bend = static_cast<double>(m1) - static_cast<double>(m0);
     Cubic cubic;
     cubic.constant = y;
     cubic.linear = static_cast<float>(rise / h - h * m0 / 2000.0 - h * bend / 6000.0);
@@ -151,7 +151,7 @@ std::int32_t buildToneCurve(std::uint8_t* table, const ToneCurvePoint* points, s
         const Cubic cubic = cubicOf(points[i].y, in.h[i], in.d[i], m[i], m[i + 1]);
         const std::int32_t end = std::min(points[i + 1].x, 256);
         for (std::int32_t x = std::max(points[i].x, 0); x < end; ++x)
-            table[x] = cubic.at(double(x) - double(points[i].x));
+            table[x] = cubic.at(static_cast<double>(x) - points[i].x);
     }
     table[255] = 255;
     return imaging::kDone;

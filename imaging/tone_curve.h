@@ -18,8 +18,7 @@ struct ToneCurvePoint
 /// derivatives come out as 0 and the curve is nearly piecewise linear; the prints are made for exactly this curve.
 /// Entries below the first and from the last x on stay as they were, but for entry 255, which is always set to 255.
 /// @param count  2..256 points with strictly increasing x
-/// @return 1; 0, with the table as it was, for null pointers, another count, two equal x in a row or a vanishing
-/// pivot
+/// @return 1; 0, with the table as it was, for null pointers, another count, two equal x in a row or a pivot of 0
 std::int32_t buildToneCurve(std::uint8_t* table, const ToneCurvePoint* points, std::int32_t count);
 
 /// Maps every byte of `data` (width × height × channels of them) through a brightness and then a contrast curve.
