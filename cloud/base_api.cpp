@@ -4,9 +4,9 @@
 #include "app/dialogs/qx_message_dialog.h"
 #include "app/globals/settings.h"
 #include "cloud/client_identity.h"
+#include "cloud/digests.h"
 #include "cloud/reply_envelope.h"
 #include "cloud/request_log.h"
-#include "cloud/request_signature.h"
 #include "cloud/service_address.h"
 #include "cloud/text_cipher.h"
 
@@ -69,9 +69,9 @@ void BaseApi::setConstantHeaders()
     // Named by us, compression is no longer undone by Qt: such a reply does not parse.
     m_request.setRawHeader("Accept-Encoding", "gzip, deflate");
     m_request.setRawHeader("Connection", "keep-alive");
-    m_request.setRawHeader("Accept", "**/*//*"); // no media range; the service has always got it so
+    m_request.setRawHeader("Accept", "**/*//*"); // no media range (docs/architecture.md, "Kept behaviour")
     m_request.setRawHeader("Content-Type", "application/x-www-form-urlencoded");
-    m_request.setRawHeader("User-Agent", kClientIdentity.toLatin1());
+    m_request.setRawHeader("User-Agent", kClientIdentity);
     m_request.setRawHeader("VERSION_CODE", QByteArray::number(kClientVersionCode));
     m_request.setRawHeader("SysVersion", QSysInfo::prettyProductName().toLocal8Bit());
     m_request.setRawHeader("UUID", g_uuid.toLocal8Bit());
@@ -99,8 +99,7 @@ void BaseApi::sendRequest(const QString& apiName, const QJsonArray& parameters)
 
 void BaseApi::sendRequest(const QString& apiName, const QJsonDocument& parameters)
 {
-    // Its UTF-8 bytes count as characters, so what is not ASCII goes out encoded twice, and the service expects it
-    // so.
+    // Its UTF-8 bytes count as characters: what is not ASCII goes out encoded twice, as the service expects it.
     const QString parameterText = latin1Text(parameters.toJson());
     logRequestText(parameterText);
     const QString cipher = encryptTextUrlSafe(parameterText);

@@ -7,7 +7,7 @@ void GetSWVersionApi::checkVersion(const Callback& callback)
 {
     m_callback = callback;
     const QJsonObject parameters{
-        {QStringLiteral("swType"), kClientIdentity},
+        {QStringLiteral("swType"), QLatin1String(kClientIdentity)},
         {QStringLiteral("isFullPath"), true},
         {QStringLiteral("version"), kClientVersionCode},
     };

@@ -1,7 +1,7 @@
 #include "cloud/login_api.h"
 
 #include "app/globals/settings.h"
-#include "cloud/digest.h"
+#include "cloud/digests.h"
 #include "cloud/models/login_model.h"
 #include "cloud/request_log.h"
 

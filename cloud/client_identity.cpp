@@ -1,3 +1,0 @@
-#include "cloud/client_identity.h"
-
-const QString kClientIdentity = QStringLiteral("com.quillbox.featherbox.win.app");
