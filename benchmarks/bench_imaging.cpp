@@ -35,7 +35,8 @@ QImage photograph()
     for (int y = 0; y < kHeight; ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < kWidth; ++x) {
-            const int shade = int(127.0 + 100.0 * std::sin(x / 90.0) * std::cos(y / 140.0)) + int(random() % 21) - 10;
+            const int shade = static_cast<int>(127.0 + 100.0 * std::sin(x / 90.0) * std::cos(y / 140.0)) +
+                              static_cast<int>(random() % 21) - 10;
             line[x] = qRgb(shade, qBound(0, shade + 15, 255), qBound(0, shade - 15, 255));
         }
     }
@@ -49,8 +50,8 @@ QImage pageOfText()
     image.fill(Qt::white);
     std::mt19937 random(2);
     for (int y = 8; y + 24 < kHeight; y += 32) {
-        for (int x = 8; x + 16 < kWidth; x += 3 + int(random() % 9)) {
-            for (int i = 6 + int(random() % 14); i-- > 0;) {
+        for (int x = 8; x + 16 < kWidth; x += 3 + static_cast<int>(random() % 9)) {
+            for (int i = 6 + static_cast<int>(random() % 14); i-- > 0;) {
                 image.setPixel(x, y + i, qRgb(0, 0, 0));
                 image.setPixel(x + 1, y + i, qRgb(90, 90, 90));
             }
@@ -86,7 +87,7 @@ void add(const char* name, const QImage& picture, const Work& prepare, int qtFla
             ours += seconds;
             qts += qtFlags == kNoQt ? 0 : secondsOf([&] { benchmark::DoNotOptimize(toMono(picture, qtFlags)); });
         }
-        const double perPixel = 1e9 / double(kPixels) / double(state.iterations());
+        const double perPixel = 1e9 / static_cast<double>(kPixels) / static_cast<double>(state.iterations());
         state.counters["ns_per_pixel"] = ours * perPixel;
         if (qtFlags != kNoQt) {
             state.counters["qt_ns_per_pixel"] = qts * perPixel;

@@ -108,8 +108,8 @@ void UpgradeDialog::showBar()
     int shift = 0; // the bar counts in int, which is too small for 2 GiB
     while ((m_total >> shift) > std::numeric_limits<int>::max())
         ++shift;
-    m_ui->progressBar->setMaximum(int(m_total >> shift));
-    m_ui->progressBar->setValue(int(std::min(m_received, m_total) >> shift));
+    m_ui->progressBar->setMaximum(static_cast<int>(m_total >> shift));
+    m_ui->progressBar->setValue(static_cast<int>(std::min(m_received, m_total) >> shift));
 }
 
 void UpgradeDialog::showBytes()

@@ -69,7 +69,7 @@ void TestDeviceCommandWindow::append(const QString& lines)
 
 void TestDeviceCommandWindow::onItemClicked(QListWidgetItem* item)
 {
-    const DiagnosticCommand& command = diagnosticCommands()[std::size_t(m_ui->list->row(item))];
+    const DiagnosticCommand& command = diagnosticCommands()[static_cast<std::size_t>(m_ui->list->row(item))];
     m_sender->run([this, &command] {
         append(QStringLiteral("-----------------------\n") + labelOf(command));
         send(command.code);

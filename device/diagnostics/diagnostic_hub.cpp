@@ -41,7 +41,7 @@ void TestMainWindow::retranslate()
     const std::array<QString, kEntries> labels = {tr("测试--多语言"), tr("测试--设备指令"), tr("测试--网络请求"),
                                                   tr("测试-版本升级"), tr("测试--动态走纸指令")};
     for (int row = 0; row < kEntries; ++row)
-        diagnosticItem(m_ui->list, row)->setEntry(row + 1, labels[std::size_t(row)]);
+        diagnosticItem(m_ui->list, row)->setEntry(row + 1, labels[static_cast<std::size_t>(row)]);
 }
 
 QWidget* TestMainWindow::makeWindow(int row)
@@ -70,7 +70,7 @@ QWidget* TestMainWindow::makeWindow(int row)
 void TestMainWindow::onItemClicked(QListWidgetItem* item)
 {
     const int row = m_ui->list->row(item);
-    QPointer<QWidget>& window = m_windows[std::size_t(row)];
+    QPointer<QWidget>& window = m_windows[static_cast<std::size_t>(row)];
     if (!window) {
         window = makeWindow(row);
         window->setAttribute(Qt::WA_QuitOnClose, false);

@@ -67,7 +67,7 @@ QByteArray md5Hex(const QByteArray& bytes)
 {
     QByteArray digest(EVP_MAX_MD_SIZE, '\0');
     unsigned int size = 0;
-    EVP_Digest(bytes.constData(), size_t(bytes.size()), reinterpret_cast<unsigned char*>(digest.data()), &size,
-               EVP_md5(), nullptr);
-    return digest.left(int(size)).toHex();
+    EVP_Digest(bytes.constData(), static_cast<size_t>(bytes.size()), reinterpret_cast<unsigned char*>(digest.data()),
+               &size, EVP_md5(), nullptr);
+    return digest.left(static_cast<int>(size)).toHex();
 }

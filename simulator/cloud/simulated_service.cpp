@@ -19,12 +19,12 @@ constexpr int kPiecesPerSecond = 20; ///< of a slow installer
 
 QByteArray bytes(const std::string& text)
 {
-    return QByteArray(text.data(), int(text.size()));
+    return QByteArray(text.data(), static_cast<int>(text.size()));
 }
 
 std::string text(const QByteArray& bytes)
 {
-    return std::string(bytes.constData(), size_t(bytes.size()));
+    return std::string(bytes.constData(), static_cast<size_t>(bytes.size()));
 }
 
 QMap<QByteArray, QByteArray> headersOf(const httplib::Request& request)
@@ -212,7 +212,7 @@ void SimulatedService::sendInstaller(const httplib::Request& request, httplib::R
     }
     response.status = file.status;
     const auto send = [this, file](size_t offset, httplib::DataSink& sink) {
-        const auto from = qint64(offset);
+        const auto from = static_cast<qint64>(offset);
         if (from == file.holdAfter) {
             while (pause(1000)) {
             }
@@ -223,7 +223,7 @@ void SimulatedService::sendInstaller(const httplib::Request& request, httplib::R
         if (file.bytesPerSecond > 0 && !pause(1000 / kPiecesPerSecond))
             return false;
         const QByteArray content = installerBytes(from, piece);
-        const bool written = sink.write(content.constData(), size_t(content.size()));
+        const bool written = sink.write(content.constData(), static_cast<size_t>(content.size()));
         if (from + piece == file.size && sink.done)
             sink.done();
         return written;
@@ -232,7 +232,7 @@ void SimulatedService::sendInstaller(const httplib::Request& request, httplib::R
         response.set_content(std::string(), kBinary);
     else if (file.length == InstallerFile::Length::Told)
         response.set_content_provider(
-            size_t(file.size), kBinary,
+            static_cast<size_t>(file.size), kBinary,
             [send](size_t offset, size_t, httplib::DataSink& sink) { return send(offset, sink); });
     else if (file.length == InstallerFile::Length::Chunked)
         response.set_chunked_content_provider(kBinary, send);

@@ -25,7 +25,7 @@ struct Outcome
 /// Runs `operation` on a picture between two rows of guard bytes.
 inline Outcome run(const Operation& operation, const Bytes& pixels, int width, int height, int format, int channels)
 {
-    const auto guard = std::uint8_t(0xA5 + channels);
+    const auto guard = static_cast<std::uint8_t>(0xA5 + channels);
     Bytes store(64 + pixels.size() + 64, guard);
     std::copy(pixels.begin(), pixels.end(), store.begin() + 64);
     ImageBuffer record{store.data() + 64, width, height, channels, format};
@@ -45,7 +45,7 @@ inline Bytes after(const Operation& operation, const Bytes& pixels, int width, i
 inline Bytes toned(const Bytes& levels, int brightness, int contrast, int channels = 1)
 {
     return run([=](auto* i) { return adjustBrightnessContrast(i, brightness, contrast); }, levels,
-               int(levels.size()) / channels, 1, FormatGray8, channels)
+               static_cast<int>(levels.size()) / channels, 1, FormatGray8, channels)
         .bytes;
 }
 
@@ -58,9 +58,9 @@ inline Bytes picture(QByteArray text)
 
 inline Bytes randomBytes(int count, int seed)
 {
-    std::mt19937 random{std::uint32_t(seed)};
-    Bytes bytes(std::size_t(count), 0);
-    std::generate(bytes.begin(), bytes.end(), [&] { return std::uint8_t(random() >> 24); });
+    std::mt19937 random{static_cast<std::uint32_t>(seed)};
+    Bytes bytes(static_cast<std::size_t>(count), 0);
+    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(random() >> 24); });
     return bytes;
 }
 

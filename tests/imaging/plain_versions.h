@@ -19,7 +19,7 @@ inline int grayOf(const std::uint8_t* p, int format)
 inline Bytes diffused(const Bytes& gray, int width, const int (&shares)[3][5], int whole, bool turning)
 {
     std::vector<int> field(gray.begin(), gray.end());
-    const int count = int(gray.size());
+    const int count = static_cast<int>(gray.size());
     for (int i = 0; i < count; ++i) {
         const int y = i / width;
         const int ahead = turning && y % 2 == 1 ? -1 : 1;
@@ -54,7 +54,7 @@ inline Bytes turned(Bytes dots, int width, int height, int margin, int colour, c
         const int toBorder = std::min({i % width, width - 1 - i % width, i / width, height - 1 - i / width});
         if (dots[i] == colour && toBorder >= margin &&
             std::all_of(offsets.begin(), offsets.end(), [&](int offset) { return dots[i + offset] == 255; }))
-            dots[i] = std::uint8_t(255 - colour);
+            dots[i] = static_cast<std::uint8_t>(255 - colour);
     }
     return dots;
 }

@@ -26,7 +26,7 @@ static Bytes shades(std::initializer_list<std::pair<int, int>> percentAndLevel)
 {
     Bytes gray;
     for (const auto& [percent, level] : percentAndLevel)
-        gray.insert(gray.end(), std::size_t(4 * percent), std::uint8_t(level));
+        gray.insert(gray.end(), static_cast<std::size_t>(4 * percent), static_cast<std::uint8_t>(level));
     return gray;
 }
 
@@ -78,7 +78,7 @@ private slots:
             const Bytes pixels = picture(before);
             const int height = dots.trimmed().count(' ') + 1;
             const int format = before.contains('.') ? FormatBinary : FormatGray8;
-            QTest::newRow(name) << after(operation, pixels, int(pixels.size()) / height, height, format)
+            QTest::newRow(name) << after(operation, pixels, static_cast<int>(pixels.size()) / height, height, format)
                                 << picture(dots);
         };
         row("a falling diagonal unravels", removeIsolatedDots, "..... .#... ..#.. ...#. .....", blank(5, 5));
@@ -118,7 +118,8 @@ private slots:
             for (const int h : {1, 2, 3, 5, 18}) {
                 const Bytes gray = randomBytes(w * h, w * 32 + h);
                 Bytes edges = gray; // long runs of the largest errors of either sign
-                std::for_each(edges.begin(), edges.end(), [](auto& p) { p = std::uint8_t(127 + p % 2); });
+                std::for_each(edges.begin(), edges.end(),
+                              [](auto& p) { p = static_cast<std::uint8_t>(127 + p % 2); });
                 for (const Bytes& p : {gray, edges}) {
                     QCOMPARE(after(stuckiDiffuse, p, w, h), plain::stucki(p, w));
                     QCOMPARE(after(imaging::floydSteinbergDiffuse, p, w, h), plain::floydSteinberg(p, w));

@@ -16,14 +16,15 @@ static Levels thresholds(const std::function<int(int)>& countOf)
 {
     imaging::Histogram h;
     for (int level = 0; level < 256; ++level)
-        h[level] = unsigned(countOf(level));
+        h[level] = static_cast<unsigned>(countOf(level));
     return {imaging::otsuThreshold(h), imaging::yenThreshold(h), imaging::minimumCrossEntropyThreshold(h),
             imaging::meanThreshold(h)};
 }
 
 static Bytes binarized(const Bytes& gray, int width, int method)
 {
-    return after([=](auto* i) { return binarizeImage(i, method); }, gray, width, int(gray.size()) / width);
+    return after([=](auto* i) { return binarizeImage(i, method); }, gray, width,
+                 static_cast<int>(gray.size()) / width);
 }
 
 class GrayTest : public QObject
@@ -53,10 +54,10 @@ private slots:
             for (const int width : kSampleWidths) {
                 const int bytesPerPixel = kBytesPerPixel[format];
                 Bytes pixels = randomBytes(width * bytesPerPixel, width);
-                std::fill_n(pixels.begin(), bytesPerPixel, std::uint8_t(255));
+                std::fill_n(pixels.begin(), bytesPerPixel, static_cast<std::uint8_t>(255));
                 const Outcome gray = run(imageToGray, pixels, width, 1, format, bytesPerPixel);
                 for (int i = 0; i < (format == FormatRgb565 ? width / 2 : width); ++i)
-                    pixels[i] = std::uint8_t(plain::grayOf(&pixels[i * bytesPerPixel], format));
+                    pixels[i] = static_cast<std::uint8_t>(plain::grayOf(&pixels[i * bytesPerPixel], format));
                 QCOMPARE(gray.bytes, pixels);
                 QVERIFY(gray.result == 1 && gray.record.format == FormatGray8 && gray.record.channels == 1);
             }
@@ -76,7 +77,7 @@ private slots:
     void everyTone()
     {
         Bytes ramp(256);
-        std::iota(ramp.begin(), ramp.end(), std::uint8_t(0));
+        std::iota(ramp.begin(), ramp.end(), static_cast<std::uint8_t>(0));
         std::uint32_t brightness = 2166136261u, contrast = 2166136261u;
         for (int level = -100; level <= 100; ++level) {
             for (const auto p : toned(ramp, level, 0))
@@ -103,12 +104,12 @@ private slots:
     {
         Bytes table(256, 77);
         const auto build = [&](const std::vector<ToneCurvePoint>& points) {
-            return buildToneCurve(table.data(), points.data(), std::int32_t(points.size()));
+            return buildToneCurve(table.data(), points.data(), static_cast<std::int32_t>(points.size()));
         };
         QCOMPARE(build({{0, 0}}), 0);
         std::vector<ToneCurvePoint> many;
         while (many.size() < 257)
-            many.push_back({1000 * int(many.size()), 0});
+            many.push_back({1000 * static_cast<int>(many.size()), 0});
         QCOMPARE(build(many), 0);
         QCOMPARE(build({{0, 0}, {0, 5}, {255, 255}}), 0);
         QCOMPARE(build({{0, 0}, {100, 5}, {255, 200}, {255, 255}}), 0);
@@ -127,9 +128,10 @@ private slots:
         for (int round = 0; round < 2000; ++round) {
             std::vector<ToneCurvePoint> points(2 + random() % 6);
             for (auto& point : points)
-                point = {std::int32_t(random() >> (round % 31)), std::int32_t(random()) >> (round % 29)};
+                point = {static_cast<std::int32_t>(random() >> (round % 31)),
+                         static_cast<std::int32_t>(random()) >> (round % 29)};
             const auto build = [&](auto* i) {
-                return buildToneCurve(i->data, points.data(), int(points.size()));
+                return buildToneCurve(i->data, points.data(), static_cast<int>(points.size()));
             };
             QCOMPARE(run(build, Bytes(256), 16, 16, FormatGray8, 1).bytes.size(), Bytes(256).size());
         }
@@ -161,13 +163,13 @@ private slots:
         for (int size = 240; size < 260; ++size) {
             for (const int threshold : {-174, 0, 1, 127, 128, 200, 255, 256}) {
                 Bytes levels = randomBytes(size, size);
-                levels.back() = std::uint8_t(threshold);
+                levels.back() = static_cast<std::uint8_t>(threshold);
                 const auto counts = imaging::buildHistogram(levels.data(), levels.size());
                 QCOMPARE(imaging::weightedBinSum(counts, 0, 255), std::accumulate(levels.begin(), levels.end(), 0));
                 Bytes dots = levels;
                 imaging::thresholdBytes(dots.data(), dots.size(), threshold);
                 for (int i = 0; i < size; ++i)
-                    QCOMPARE(int(dots[i]), levels[i] < threshold ? 0 : 255);
+                    QCOMPARE(static_cast<int>(dots[i]), levels[i] < threshold ? 0 : 255);
             }
         }
     }
@@ -187,8 +189,8 @@ private slots:
         QCOMPARE(binarized(gray, 5, INT_MAX), binarized(gray, 5, 11));
         // Of one level: 1 and 2 find 0, hence 127; 4 finds the level itself, but for 0.
         for (const auto& [method, lowestWhite] : {std::pair(1, 127), {2, 127}, {3, 254}, {4, 1}}) {
-            QCOMPARE(binarized(Bytes(20, std::uint8_t(lowestWhite)), 5, method), Bytes(20, 255));
-            QCOMPARE(binarized(Bytes(20, std::uint8_t(lowestWhite - 1)), 5, method), Bytes(20, 0));
+            QCOMPARE(binarized(Bytes(20, static_cast<std::uint8_t>(lowestWhite)), 5, method), Bytes(20, 255));
+            QCOMPARE(binarized(Bytes(20, static_cast<std::uint8_t>(lowestWhite - 1)), 5, method), Bytes(20, 0));
         }
     }
 
@@ -196,7 +198,8 @@ private slots:
     void adaptiveSizes()
     {
         const auto isDone = [](int width, int height) {
-            return run(adaptiveBinarize, Bytes(std::size_t(width * height)), width, height, 2, 1).record.format == 3;
+            return run(adaptiveBinarize, Bytes(static_cast<std::size_t>(width * height)), width, height, 2, 1)
+                       .record.format == 3;
         };
         QVERIFY(isDone(40, 30) && isDone(20, 60) && isDone(80, 15));
         QVERIFY(!isDone(39, 35) && !isDone(19, 300) && !isDone(400, 14));
@@ -211,12 +214,12 @@ private slots:
             const int x = i % 199, y = i / 199;
             const bool stroke = y < 45 && x % 20 >= 10 && x % 20 < 18;
             const bool field = y >= 54 && x >= 100 && x < 160;
-            gray.push_back(std::uint8_t(field ? 5 : 60 + x * 180 / 199 - (stroke ? 50 : 0)));
+            gray.push_back(static_cast<std::uint8_t>(field ? 5 : 60 + x * 180 / 199 - (stroke ? 50 : 0)));
         }
         const Bytes dots = binarized(gray, 199, 0);
         for (int x = 20; x <= 180; x += 20) // the last stroke lies right of the last whole cell
             QVERIFY(dots[20 * 199 + x + 17] == 0 && dots[20 * 199 + x - 2] == 255);
-        QCOMPARE(int(dots[72 * 199 + 130]), 0);
+        QCOMPARE(static_cast<int>(dots[72 * 199 + 130]), 0);
         QCOMPARE(std::count(dots.begin(), dots.end(), 0) + std::count(dots.begin(), dots.end(), 255), 199 * 92);
     }
 };

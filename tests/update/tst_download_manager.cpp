@@ -104,7 +104,7 @@ private slots:
         write(file + "_tmp", "left over from an earlier run");
         m_service.setInstaller(installer);
         Download download;
-        limitFiles(rlim_t(room));
+        limitFiles(static_cast<rlim_t>(room));
         const QList<int> said = download.run(m_url, file);
         limitFiles(RLIM_INFINITY);
         QCOMPARE(said, QList<int>{outcome});
