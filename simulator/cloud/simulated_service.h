@@ -22,7 +22,7 @@ struct ServiceReply
     int status = 200;
     QByteArray body;
     QByteArray contentType = "application/json; charset=utf-8"; ///< sent as it is; without a charset it is compressed
-    QByteArray location;                                        ///< of a redirect; empty: no such header
+    QByteArray location{};                                      ///< of a redirect; empty: no such header
     bool silent = false;                                        ///< takes the call and never answers
 
     /// An envelope as it stands, or enciphered within another one's "data".
