@@ -83,7 +83,7 @@ private slots:
         QTest::newRow("chunked") << InstallerFile{300000, Length::Chunked} << kRoom << 200 << 300000;
         QTest::newRow("untold") << InstallerFile{300000, Length::Untold} << kRoom << 200 << 300000;
         QTest::newRow("redirected") << InstallerFile{1, Length::Told, 200, 3} << kRoom << 200 << 1;
-        QTest::newRow("slow") << InstallerFile{30000, Length::Chunked, 200, 0, 60000} << kRoom << 200 << 30000;
+        QTest::newRow("slow") << InstallerFile{30000, Length::Chunked, 200, 0, 120000} << kRoom << 200 << 30000;
         QTest::newRow("206") << InstallerFile{300000, Length::Told, 206} << kRoom << 206 << 300000;
         QTest::newRow("404") << InstallerFile{300000, Length::Told, 404} << kRoom << kError << 0;
         QTest::newRow("cut") << InstallerFile{300000, Length::Told, 200, 0, 0, 100000} << kRoom << kError << 0;
@@ -121,7 +121,7 @@ private slots:
     {
         const QTemporaryDir folder;
         write(folder.filePath("kept"), kOld);
-        m_service.setInstaller({30000, Length::Told, 200, 0, 60000});
+        m_service.setInstaller({30000, Length::Told, 200, 0, 120000});
         QCOMPARE(Download().run(m_url, folder.path()), QList<int>{200});
         QCOMPARE(read(folder.filePath("kept")), kOld);
         QVERIFY(QFile::remove(folder.path() + "_tmp")); // the new file is not lost either
