@@ -56,7 +56,7 @@ constexpr ChainShares makeChainShares()
 constexpr ChainShares kChainShares = makeChainShares();
 
 // Eight forty-seconds of an error's magnitude with a product that fits 16 bits: 390 / 2^11 is a little too small, and
-// the 64 lifts it over the exact quotients but not to the next. Halving it, truncated, gives 4, 2 and 1 forty-seconds.
+// the 64 lifts it over the exact quotients but not to the next. Halving it, truncated, gives the smaller shares.
 constexpr std::uint16_t eightFortySeconds(std::uint16_t magnitude)
 {
     return static_cast<std::uint16_t>(static_cast<std::uint16_t>(magnitude * 390u + 64u) >> 11);

@@ -15,9 +15,9 @@ std::int32_t otsuThreshold(const Histogram& histogram);
 /// @return 0..255, or −1 when no level has a usable score
 std::int32_t yenThreshold(const Histogram& histogram);
 
-/// Iterative minimum cross-entropy (C. H. Li, P. K. S. Tam, 1998). It starts at the truncated mean, and each round
-/// makes a new level of the one before it. The first round that finds no new level ends the search, and the level that
-/// it went out from is the result: the search has settled, or goes round in a circle (single precision can make two
+/// Iterative minimum cross-entropy (C. H. Li, P. K. S. Tam, 1998). The first round starts at the truncated mean, each
+/// further one at the level that the round before it found. A round that finds no new level is the last one, and the
+/// level that it started at is the result: the search has settled, or runs in a circle (single precision can make two
 /// levels alternate for ever), or has left 0..255. There are 256 levels, so there are at most 256 rounds.
 /// @return 0..255, 0 for an empty histogram
 std::int32_t minimumCrossEntropyThreshold(const Histogram& histogram);

@@ -5,16 +5,6 @@
 /// Slow versions that follow the definitions to the letter, one pixel at a time; the library must give the same bits.
 namespace plain {
 
-inline int grayOf(const std::uint8_t* p, int format)
-{
-    const int word = p[0] + 256 * p[1];
-    if (format == FormatBgr24)
-        return (299 * p[2] + 587 * p[1] + 114 * p[0] + 500) / 1000;
-    if (format == FormatRgb565)
-        return (word / 2048 * 8 + word / 32 % 64 * 4 + word % 32 * 8) / 3;
-    return format == FormatXrgb32 ? (p[1] + p[2] + p[3]) / 3 : (p[0] + p[1] + p[2]) / 3;
-}
-
 /// `shares` by row and column, from two columns behind the pixel; `turning` runs every second row leftwards.
 inline Bytes diffused(const Bytes& gray, int width, const int (&shares)[3][5], int whole, bool turning)
 {
