@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 
-/// Rijndael with keys and blocks of 16, 24 or 32 bytes; with blocks of 16 it is AES (FIPS-197). Whatever a call
-/// cannot do it leaves undone, without a word: see each for when.
+/// Rijndael with keys and blocks of 16, 24 or 32 bytes; with blocks of 16 it is AES (FIPS-197). A call that cannot be
+/// done does nothing and reports nothing; each one says when.
 ///
 /// Neither the time nor the cache lines taken are independent of key and data. One thread at a time; copies are
 /// independent of each other.

@@ -17,15 +17,14 @@ class QNetworkReply;
 /// One call to the cloud service: enciphers and signs its parameters, posts them, and hands the reply to one of its
 /// handlers, or to none. A busy dialog shows meanwhile. GUI thread; nothing blocks.
 ///
-/// Both handlers get the HTTP status, never the service's own code. Each object carries one call at a time and stays
-/// until its owner deletes it, which gives up a call that is still on its way; within a handler that takes
-/// deleteLater().
+/// Both handlers get the HTTP status, never the service's own code. Each object carries one call at a time. Its owner
+/// deletes it, within a handler by deleteLater(); a call that is still on its way is given up then.
 class BaseApi : public QObject
 {
     Q_OBJECT
 
 public:
-    /// A reply that would be longer is given up, as a network error.
+    /// A longer reply is given up and counts as a network error.
     static constexpr qint64 kLongestReplyBytes = 64 * 1024 * 1024;
 
     explicit BaseApi(QObject* parent = nullptr);

@@ -11,7 +11,7 @@ void GetSWVersionApi::checkVersion(const Callback& callback)
         {QStringLiteral("isFullPath"), true},
         {QStringLiteral("version"), kClientVersionCode},
     };
-    sendRequest(QStringLiteral("GetSWVerssion"), parameters); // the service's own spelling
+    sendRequest(QStringLiteral("GetSWVerssion"), parameters); // spelt as the service spells it
 }
 
 void GetSWVersionApi::onSuccess(int httpStatus, const QJsonObject& content)

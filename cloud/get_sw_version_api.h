@@ -5,8 +5,8 @@
 
 #include <functional>
 
-/// Asks for the newest version of the client, and offers it in a window of its own where it is newer than this one.
-/// A failure shows nothing and calls nobody.
+/// Asks for the newest version of the client, and opens an UpgradeAppWindow when it is newer than this one. A failure
+/// shows nothing and calls nobody.
 class GetSWVersionApi : public BaseApi
 {
     Q_OBJECT

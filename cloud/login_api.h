@@ -16,7 +16,7 @@ public:
     using BaseApi::BaseApi;
 
     /// @param password  as typed; only its MD5 digest leaves this function
-    /// @param callback  called with the account; may not be empty, for it is called unseen
+    /// @param callback  called with the account; must not be empty: nothing looks before the call
     void login(const QString& userName, const QString& password, const Callback& callback);
 
 protected:

@@ -9,8 +9,8 @@ struct ReplyEnvelope
     enum class Outcome {
         Success,   ///< `content` is the payload
         Failure,   ///< `text` says why
-        NoContent, ///< success without an object as content, which nobody is told of
-        NoCode     ///< nothing that could be told
+        NoContent, ///< success without an object as content; calls no handler
+        NoCode     ///< no number says whether it is a success; calls no handler
     };
 
     Outcome outcome = Outcome::NoCode;

@@ -2,5 +2,5 @@
 
 #include <QString>
 
-/// Logs a text of a call or reply through qDebug; of one that nobody would read to its end, the beginning.
+/// Logs a text of a call or reply through qDebug, or its beginning when nobody would read it to the end.
 void logRequestText(const QString& text);

@@ -6,11 +6,11 @@
 
 class QNetworkAccessManager;
 
-/// Fetches one file at a time over HTTP. The bytes go to "<target>_tmp" as they come, which takes the target's name
-/// when the transfer ends without an error; a file of that name is replaced.
+/// Fetches one file at a time over HTTP. The bytes go to "<target>_tmp" as they come. When the transfer ends without
+/// an error, that file takes the target's name and replaces a file that had it.
 ///
-/// Made for resuming by a range request, which is switched off: every start is a fresh download, without a Range
-/// header. GUI thread; nothing blocks but the disk.
+/// The class can resume by a range request, which is switched off: every start is a fresh download without a Range
+/// header (docs/architecture.md, "Kept behaviour"). GUI thread; nothing blocks but the disk.
 class DownloadManager : public QObject
 {
     Q_OBJECT
@@ -35,10 +35,10 @@ signals:
     /// Bytes so far and in all; the latter is -1 where the server does not tell it.
     void signalDownloadProcess(qint64 received, qint64 total);
     /// The transfer ended without a network error.
-    /// @param statusCode  of HTTP, 0 without one; any may come, and the file is in place with any
+    /// @param statusCode  of HTTP, 0 without one; the file is in place whatever it is
     void signalReplyFinished(int statusCode);
     /// The network or the disk failed, fewer bytes came than were told, or the status was 400 or above. Nothing is
-    /// left of the transfer, and what there was at the target stays.
+    /// left of the transfer; the target is as it was.
     void signalDownloadError();
 
 public slots:

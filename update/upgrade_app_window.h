@@ -20,11 +20,11 @@ public:
     explicit UpgradeAppWindow(QWidget* parent = nullptr);
     ~UpgradeAppWindow() override;
 
-    /// What to offer. Of texts without measure the beginning is shown.
+    /// What to offer. Of texts that are too long for anyone to read, the beginning is shown.
     void setModel(const GetSWVersionModel& model);
 
 public slots:
-    /// Asks where the installer goes; with an answer the download starts in a window of its own, and this one closes.
+    /// Asks where the installer goes. With an answer an UpgradeDialog downloads it, and this window closes.
     void onUpdate();
 
 protected:

@@ -61,7 +61,7 @@ void UpgradeDialog::startDownload(const QString& url, const QString& fileName)
     if (!checkArguments())
         return;
     m_manager = std::make_unique<DownloadManager>();
-    // Not signalDownloadError(): after a failure the dialog stays as it is.
+    // signalDownloadError() has no slot: after a failure the dialog stays as it is.
     connect(m_manager.get(), &DownloadManager::signalDownloadProcess, this, &UpgradeDialog::onDownloadProcess);
     connect(m_manager.get(), &DownloadManager::signalReplyFinished, this, &UpgradeDialog::onReplyFinished);
     m_started = true;

@@ -15,9 +15,9 @@ class UpgradeDialog;
 
 /// Downloads an installer, shows how far it is, and asks at the end whether to open it.
 ///
-/// It closes itself only when the installer has come with status 200; after a failure it stays as it is, with the
-/// progress where it stopped, and the person may start anew. When the person closes it, a transfer that runs is given
-/// up and leaves no file. GUI thread.
+/// It closes itself only when the installer has come with status 200. After a failure it stays open with the progress
+/// where it stopped, and the person may start anew (docs/architecture.md, "Kept behaviour"). Closing it gives up a
+/// transfer that runs, of which no file is left. GUI thread.
 class UpgradeDialog : public QDialog
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
     explicit UpgradeDialog(QWidget* parent = nullptr);
     ~UpgradeDialog() override;
 
-    /// Says so in a window of its own where one of the two is empty.
+    /// Starts the download. When one of the two is empty, a message window says so and nothing starts.
     /// @param url       of the installer
     /// @param fileName  where it goes; a file of that name is replaced at the end
     void startDownload(const QString& url, const QString& fileName);
@@ -54,7 +54,7 @@ private:
     std::unique_ptr<Ui::UpgradeDialog> m_ui;
     QString m_url;
     QString m_fileName;
-    bool m_started = false; ///< and not finished; a failed transfer counts as one that runs
+    bool m_started = false; ///< and not finished; stays true after a failure
     qint64 m_received = 0;  ///< bytes
     qint64 m_total = -1;    ///< bytes; -1: not known
     TransferRate m_rate;

@@ -11,8 +11,8 @@ class TestDeviceCommandWindow;
 class CommandSender;
 class QListWidgetItem;
 
-/// Sends any query to the device, and shows every reply that the receive thread decodes. It never waits for a reply,
-/// and of a command that the port does not take it says nothing: no reply comes then. GUI thread.
+/// Sends any query to the device, and shows every reply that the receive thread decodes. It never waits for a reply.
+/// A command that the port does not take is not reported: its reply stays away. GUI thread.
 class TestDeviceCommandWindow : public QWidget
 {
     Q_OBJECT

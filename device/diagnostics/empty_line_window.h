@@ -10,8 +10,8 @@ class TestSendEmptyLine;
 
 class CommandSender;
 
-/// Feeds as many blank lines as somebody types: decimal, 16 bits of it. Without a number or a printer it does
-/// nothing. GUI thread.
+/// Feeds as many blank lines as somebody types, a decimal number of which the wire takes 16 bits. Without a number or
+/// a printer it does nothing. GUI thread.
 class TestSendEmptyLine : public QWidget
 {
     Q_OBJECT

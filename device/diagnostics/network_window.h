@@ -12,8 +12,8 @@ class TestNetworkWindow;
 
 class BaseApi;
 
-/// Calls the cloud service by hand, and shows what was sent and what came, the cipher text beside the plain text. Of
-/// a password nothing but the digest that is sent appears. GUI thread; nothing blocks.
+/// Calls the cloud service by hand, and shows what was sent and what came, the cipher text beside the plain text. A
+/// password shows only as the digest that is sent. GUI thread; nothing blocks.
 class TestNetworkWindow : public QWidget
 {
     Q_OBJECT
