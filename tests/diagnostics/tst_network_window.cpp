@@ -1,4 +1,3 @@
-#include "app/dialogs/qx_message_dialog.h"
 #include "app/globals/settings.h"
 #include "cloud/service_address.h"
 #include "device/diagnostics/network_window.h"
@@ -11,6 +10,8 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QtTest>
+
+static const QString kCall = "GetSWVerssion";
 
 /// The window that shows what travels to the cloud service and back, over real sockets.
 class NetworkWindowTest : public QObject
@@ -28,16 +29,6 @@ class NetworkWindowTest : public QObject
         QTest::mouseClick(m_window->findChild<QPushButton*>(button), Qt::LeftButton);
         return QTest::qWaitFor([&] { return list->count() == wanted; }) && list->currentRow() == wanted - 1;
     }
-
-    void answer(int status, const QByteArray& body)
-    {
-        ServiceReply reply;
-        reply.status = status;
-        reply.body = body;
-        m_service.setReply("GetSWVerssion", reply);
-    }
-
-    void type(const char* field, const QString& text) { m_window->findChild<QLineEdit*>(field)->setText(text); }
 
     /// Title, plain text and cipher text of a line, counted from the newest.
     QStringList entry(int age)
@@ -70,8 +61,8 @@ private slots:
     {
         m_service.setUser("小明", "s3cret 密", {{"nickName", "墨"}});
         QCOMPARE(m_window->findChild<QLineEdit*>("password")->echoMode(), QLineEdit::Password);
-        type("userName", "小明");
-        type("password", "s3cret 密");
+        m_window->findChild<QLineEdit*>("userName")->setText("小明");
+        m_window->findChild<QLineEdit*>("password")->setText("s3cret 密");
         QVERIFY(press("buttonLogin"));
         const ServiceRequest request = m_service.requests().last();
         QCOMPARE(entry(1), (QStringList{"-> login", request.parameterText, request.cipherText}));
@@ -85,7 +76,7 @@ private slots:
         for (const auto& [status, body, plain, cipher] : {std::tuple(200, "{\"code\":0}", "{\"code\":0}", ""),
                                                           std::tuple(200, "{\"data\":\"!\"}", "", "{\"data\":\"!\"}"),
                                                           std::tuple(500, "out of order", "out of order", "")}) {
-            answer(status, body);
+            m_service.setReply(kCall, {status, body});
             QVERIFY(press("buttonCheckVersion"));
             QCOMPARE(entry(0), (QStringList{QString("<- %1").arg(status), plain, cipher}));
         }
@@ -99,12 +90,12 @@ private slots:
     {
         ServiceReply silence;
         silence.silent = true;
-        m_service.setReply("GetSWVerssion", silence);
+        m_service.setReply(kCall, silence);
         QVERIFY(press("buttonCheckVersion", 1));
         QVERIFY(!m_window->findChild<QPushButton*>("buttonLogin")->isEnabled());
         QVERIFY(!m_window->findChild<QPushButton*>("buttonCheckVersion")->isEnabled());
         m_window.reset();
-        answer(200, "[]");
+        m_service.setReply(kCall, {200, "[]"});
         init();
         QVERIFY(press("buttonCheckVersion"));
         QVERIFY(m_window->findChild<QPushButton*>("buttonLogin")->isEnabled());

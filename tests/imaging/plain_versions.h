@@ -5,36 +5,24 @@
 /// Slow versions that follow the definitions to the letter, one pixel at a time; the library must give the same bits.
 namespace plain {
 
-/// `shares` by row and column, from two columns behind the pixel; `turning` runs every second row leftwards.
-inline Bytes diffused(const Bytes& gray, int width, const int (&shares)[3][5], int whole, bool turning)
+inline Bytes stucki(const Bytes& gray, int width)
 {
+    constexpr int shares[3][5] = {{0, 0, 0, 8, 4}, {2, 4, 8, 4, 2}, {1, 2, 4, 2, 1}};
     std::vector<int> field(gray.begin(), gray.end());
     const int count = static_cast<int>(gray.size());
     for (int i = 0; i < count; ++i) {
-        const int y = i / width;
-        const int ahead = turning && y % 2 == 1 ? -1 : 1;
-        const int x = ahead > 0 ? i % width : width - 1 - i % width;
-        int& pixel = field[y * width + x];
+        const int x = i % width;
+        int& pixel = field[i];
         const int error = pixel >= 128 ? pixel - 255 : pixel;
         pixel = pixel >= 128 ? 255 : 0;
         for (int k = 0; k < 15; ++k) {
-            const int column = x + ahead * (k % 5 - 2);
-            const int target = (y + k / 5) * width + column;
+            const int column = x + k % 5 - 2;
+            const int target = (i / width + k / 5) * width + column;
             if (column >= 0 && column < width && target < count)
-                field[target] += shares[k / 5][k % 5] * error / whole;
+                field[target] += shares[k / 5][k % 5] * error / 42;
         }
     }
     return Bytes(field.begin(), field.end());
-}
-
-inline Bytes stucki(const Bytes& gray, int width)
-{
-    return diffused(gray, width, {{0, 0, 0, 8, 4}, {2, 4, 8, 4, 2}, {1, 2, 4, 2, 1}}, 42, false);
-}
-
-inline Bytes floydSteinberg(const Bytes& gray, int width)
-{
-    return diffused(gray, width, {{0, 0, 0, 7, 0}, {0, 3, 5, 1, 0}, {}}, 16, true);
 }
 
 /// Turns the pixels of one colour whose neighbours at `offsets` are all white, where `margin` lets them be looked at.
