@@ -111,6 +111,7 @@ private slots:
         QTRY_VERIFY(g_printerReady);
         click(&hub, 1);
         auto* window = shown<TestDeviceCommandWindow>();
+        QVERIFY(window);
         for (const auto& [row, code, label, tag, body] :
              {std::tuple(5, 0x0a, "app获取打印机序列号", "0x0b", "QBSIM000001"),
               std::tuple(15, 0x25, "获取硬件信息", "0x26", "51420100")}) {
@@ -176,8 +177,8 @@ private slots:
             window.show();
             QTest::keyClicks(window.findChild<QLineEdit*>(), typed);
             QTest::mouseClick(window.findChild<QPushButton*>(), Qt::LeftButton);
-            QCOMPARE(simulatedPrinter().report().feeds.mid(2),
-                     feeds); // behind two questions whether the printer is there
+            // The first two are questions whether the printer is there.
+            QCOMPARE(simulatedPrinter().report().feeds.mid(2), feeds);
         }
     }
 
