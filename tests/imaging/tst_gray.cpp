@@ -120,18 +120,11 @@ private slots:
     // Only the table may change; the sanitizers watch the arithmetic.
     void wildControlPoints()
     {
-        std::mt19937 random(11);
-        for (int round = 0; round < 2000; ++round) {
-            std::vector<ToneCurvePoint> points(2 + random() % 6);
-            for (auto& [x, y] : points) {
-                x = static_cast<std::int32_t>(random() >> (round % 31));
-                y = static_cast<std::int32_t>(random()) >> (round % 29);
-            }
-            const auto build = [&](auto* i) {
-                return buildToneCurve(i->data, points.data(), static_cast<int>(points.size()));
-            };
-            QVERIFY(!run(build, Bytes(256), 16, 16, FormatGray8, 1).bytes.empty());
-        }
+        const auto build = [](auto* i) {
+            const ToneCurvePoint points[] = {{INT_MIN, INT_MAX}, {-9, 9}, {5, -9}, {260, INT_MIN}, {INT_MAX, 0}};
+            return buildToneCurve(i->data, points, 5);
+        };
+        QCOMPARE(after(build, Bytes(256), 16, 16).size(), Bytes(256).size());
     }
 
     // As a separate calculation outside this program gave them, single precision rounded step by step.
