@@ -26,9 +26,9 @@ void remember(std::deque<T>* records, const T& record)
 
 SimulatedPrinter::SimulatedPrinter(Model model, QObject* parent)
     : QObject(parent)
-    , m_model(model)
     , m_roll(headDots(model))
 {
+    m_state.model = model;
     qRegisterMetaType<FrameRecord>();
 }
 
@@ -44,14 +44,14 @@ int SimulatedPrinter::receive(const unsigned char* data, int length, int pluggin
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!isConnected(plugging))
             return kUnplugged;
-        if (m_faults.refusingWrites || m_faults.outHalted)
+        if (m_state.faults.refusingWrites || m_state.faults.outHalted)
             return kRefused;
-        if (m_faults.bytesUntilHolding == 0)
+        if (m_state.faults.bytesUntilHolding == 0)
             return 0;
         const qint64 linesBefore = m_roll.lineCount();
         result = takeBytes(data, length, &received);
         paperMoved = m_roll.lineCount() != linesBefore;
-        wentAway = !m_pluggedIn;
+        wentAway = !m_state.pluggedIn;
     }
     for (const FrameRecord& record : qAsConst(received))
         emit frameReceived(record);
@@ -62,18 +62,24 @@ int SimulatedPrinter::receive(const unsigned char* data, int length, int pluggin
     return result;
 }
 
+bool SimulatedPrinter::isConnected(int plugging) const
+{
+    return m_state.pluggedIn && (plugging == kAnyPlugging || plugging == m_state.plugging);
+}
+
 int SimulatedPrinter::takeBytes(const unsigned char* data, int length, QVector<FrameRecord>* received)
 {
-    const bool leaves = m_faults.bytesUntilGone >= 0 && m_faults.bytesUntilGone <= length;
-    const int taken = leaves ? static_cast<int>(m_faults.bytesUntilGone) : length;
-    if (m_faults.bytesUntilGone >= 0)
-        m_faults.bytesUntilGone -= taken;
-    if (m_faults.bytesUntilHolding >= 0)
-        m_faults.bytesUntilHolding = std::max<qint64>(0, m_faults.bytesUntilHolding - taken);
+    PrinterFaults& faults = m_state.faults;
+    const bool leaves = faults.bytesUntilGone >= 0 && faults.bytesUntilGone <= length;
+    const int taken = leaves ? static_cast<int>(faults.bytesUntilGone) : length;
+    if (faults.bytesUntilGone >= 0)
+        faults.bytesUntilGone -= taken;
+    if (faults.bytesUntilHolding >= 0)
+        faults.bytesUntilHolding = std::max<qint64>(0, faults.bytesUntilHolding - taken);
     m_decoder.append(data, taken);
     handleFrames(received);
     if (leaves)
-        m_pluggedIn = false;
+        m_state.pluggedIn = false;
     return taken == length ? length : kUnplugged;
 }
 
@@ -85,16 +91,16 @@ void SimulatedPrinter::handleFrames(QVector<FrameRecord>* received)
         record.code = frame.code;
         record.tag = frame.tag;
         record.length = static_cast<quint16>(frame.payload.size());
-        record.crcOk = frame.seal == sealOf(frame.payload, frame.code == kSetKey ? kKeyMask : m_key);
+        record.crcOk = frame.seal == sealOf(frame.payload, frame.code == kSetKey ? kKeyMask : m_state.key);
         record.msSinceEpoch = QDateTime::currentMSecsSinceEpoch();
         record.number = m_nextFrame++;
         remember(&m_records, record);
         received->append(record);
         if (!record.crcOk) {
-            ++m_counts.crcErrors;
+            ++m_state.crcErrors;
             continue;
         }
-        ++m_counts.frames;
+        ++m_state.frames;
         obey(frame);
     }
 }
@@ -122,7 +128,7 @@ void SimulatedPrinter::obeyTagged(const WireFrame& frame)
 {
     if (frame.code == kSetKey)
         takeKey(frame.payload);
-    else if (frame.code == kPrintData && m_condition == Condition::Ready)
+    else if (frame.code == kPrintData && m_state.condition == Condition::Ready)
         m_roll.burn(frame.payload);
 }
 
@@ -130,22 +136,23 @@ void SimulatedPrinter::takeKey(const QByteArray& payload)
 {
     if (payload.size() != 4)
         return;
-    m_key = wireNumber32(payload.constData()) ^ kKeyMask;
-    ++m_counts.keyExchanges;
+    m_state.key = wireNumber32(payload.constData()) ^ kKeyMask;
+    ++m_state.keyExchanges;
 }
 
 void SimulatedPrinter::feed(const QByteArray& payload)
 {
     const int lines = wireNumber16(payload.constData());
     remember(&m_feeds, lines);
-    if (m_condition == Condition::Ready)
+    if (m_state.condition == Condition::Ready)
         m_roll.feed(lines);
-    queueReply(sealedFrame(kFeed, 0, payload, m_key));
+    if (!m_state.faults.silent)
+        queueReply(sealedFrame(kFeed, 0, payload, m_state.key));
 }
 
 void SimulatedPrinter::printSelfTest()
 {
-    if (m_condition != Condition::Ready)
+    if (m_state.condition != Condition::Ready)
         return;
     // A chequered band with squares of 8 dots, between two solid lines.
     QByteArray pattern;
@@ -160,17 +167,17 @@ void SimulatedPrinter::printSelfTest()
 void SimulatedPrinter::answer(quint8 query)
 {
     DeviceFacts facts;
-    facts.model = m_model == Model::K2 ? "Quillbox_K2" : "Quillbox_K1";
-    facts.statusByte = static_cast<quint8>(m_condition);
+    facts.model = m_state.model == Model::K2 ? "Quillbox_K2" : "Quillbox_K1";
+    facts.statusByte = static_cast<quint8>(m_state.condition);
     facts.printedLines = m_roll.lineCount();
     const Reply reply = replyTo(query, facts);
-    if (reply.known)
-        queueReply(sealedFrame(reply.code, 0, reply.payload, m_key));
+    if (reply.known && !m_state.faults.silent)
+        queueReply(sealedFrame(reply.code, 0, reply.payload, m_state.key));
 }
 
 void SimulatedPrinter::queueReply(const QByteArray& frame)
 {
-    if (m_faults.silent || m_replyBytes + frame.size() > kReplyBufferBytes)
+    if (m_replyBytes + frame.size() > kReplyBufferBytes)
         return;
     m_replies.push_back(frame);
     m_replyBytes += frame.size();
@@ -183,7 +190,7 @@ int SimulatedPrinter::readReplies(unsigned char* buffer, int capacity, int plugg
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!isConnected(plugging))
         return kUnplugged;
-    if (m_faults.inHalted)
+    if (m_state.faults.inHalted)
         return kRefused;
     int filled = 0;
     while (filled < capacity && !m_replies.empty()) {
@@ -194,18 +201,10 @@ int SimulatedPrinter::readReplies(unsigned char* buffer, int capacity, int plugg
     return filled;
 }
 
-QByteArray SimulatedPrinter::takeReply(int capacity)
-{
-    QByteArray bytes(std::clamp(capacity, 0, kReplyBufferBytes), '\0');
-    const int filled = readReplies(reinterpret_cast<unsigned char*>(bytes.data()), bytes.size());
-    bytes.truncate(std::max(filled, 0));
-    return bytes;
-}
-
 QByteArray SimulatedPrinter::takeTransfer(int capacity)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_pluggedIn || m_faults.inHalted || m_replies.empty() || capacity <= 0)
+    if (!m_state.pluggedIn || m_state.faults.inHalted || m_replies.empty() || capacity <= 0)
         return {};
     return takeOldest(capacity);
 }
@@ -224,14 +223,14 @@ QByteArray SimulatedPrinter::takeOldest(int capacity)
 int SimulatedPrinter::prepare(int* plugging)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_pluggedIn)
+    if (!m_state.pluggedIn)
         return kUnplugged;
-    if (m_faults.failingPrepare)
+    if (m_state.faults.failingPrepare)
         return kRefused;
-    m_faults.outHalted = m_faults.inHalted = false;
+    m_state.faults.outHalted = m_state.faults.inHalted = false;
     loseSession();
     if (plugging)
-        *plugging = m_plugging;
+        *plugging = m_state.plugging;
     return 0;
 }
 
@@ -239,10 +238,10 @@ void SimulatedPrinter::clearHalt(Endpoint endpoint)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (endpoint == Endpoint::In) {
-        m_faults.inHalted = false;
+        m_state.faults.inHalted = false;
         return;
     }
-    m_faults.outHalted = false;
+    m_state.faults.outHalted = false;
     loseHalves();
 }
 

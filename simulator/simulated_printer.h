@@ -38,7 +38,7 @@ struct PaperLook
 struct PrinterFaults
 {
     bool refusingWrites = false;
-    bool silent = false; ///< obeys, but answers nothing
+    bool silent = false; ///< obeys, but answers nothing; what it says unasked still comes
     bool failingPrepare = false;
     bool outHalted = false; ///< that endpoint refuses everything until its halt is cleared
     bool inHalted = false;
@@ -107,10 +107,8 @@ public:
     /// @return          bytes taken: all of them, or none while it holds back; kUnplugged, kRefused or kBadArgument
     int receive(const unsigned char* data, int length, int plugging = kAnyPlugging);
     /// Hands over what the device wants to say, replies joined and cut as `capacity` demands. Returns at once.
-    /// @return  bytes put into `buffer`, 0 when there is nothing; kUnplugged or kBadArgument
+    /// @return  bytes put into `buffer`, 0 when there is nothing; kUnplugged, kRefused or kBadArgument
     int readReplies(unsigned char* buffer, int capacity, int plugging = kAnyPlugging);
-    /// The same bytes; empty when there are none or the device is not there.
-    QByteArray takeReply(int capacity);
     /// At most one reply, as one transfer of a bulk IN endpoint would bring it; the rest of a cut one comes next.
     QByteArray takeTransfer(int capacity);
     /// Ends a halt. Of the Out endpoint, halted or not, it also forgets a half-received frame and a half-filled line.
@@ -135,7 +133,7 @@ public:
     void fault(Change change)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        change(m_faults);
+        change(m_state.faults);
     }
     /// Sends something that nobody asked for, right or wrong, as one reply.
     void say(const QByteArray& bytes);
@@ -163,18 +161,8 @@ signals:
     void conditionChanged();
 
 private:
-    struct Counts
-    {
-        int frames = 0;
-        int crcErrors = 0;
-        int keyExchanges = 0;
-    };
-
     // All of these with m_mutex held.
-    bool isConnected(int plugging) const
-    {
-        return m_pluggedIn && (plugging == kAnyPlugging || plugging == m_plugging);
-    }
+    bool isConnected(int plugging) const;
     int takeBytes(const unsigned char* data, int length, QVector<FrameRecord>* received);
     void handleFrames(QVector<FrameRecord>* received);
     void obey(const WireFrame& frame);
@@ -191,13 +179,7 @@ private:
     void putInRoll();
 
     mutable std::mutex m_mutex; ///< not QMutex: the thread sanitizer does not see into an uninstrumented Qt
-    Model m_model;
-    Condition m_condition = Condition::Ready;
-    PrinterFaults m_faults;
-    Counts m_counts;
-    bool m_pluggedIn = true;
-    int m_plugging = 0;
-    quint32 m_key = kPowerOnKey;
+    PrinterReport m_state;      ///< but for the feeds, the lines and the skipped bytes, which report() fills in
     FrameDecoder m_decoder;
     PaperRoll m_roll;
     int m_rollNumber = 0;

@@ -10,17 +10,17 @@ int SimulatedPrinter::headDots(Model model)
 
 void SimulatedPrinter::powerOn()
 {
-    m_pluggedIn = true;
-    ++m_plugging;
-    m_key = kPowerOnKey;
-    m_faults.bytesUntilGone = -1;
-    m_faults.outHalted = m_faults.inHalted = false;
+    m_state.pluggedIn = true;
+    ++m_state.plugging;
+    m_state.key = kPowerOnKey;
+    m_state.faults.bytesUntilGone = -1;
+    m_state.faults.outHalted = m_state.faults.inHalted = false;
     loseSession();
 }
 
 void SimulatedPrinter::putInRoll()
 {
-    m_roll = PaperRoll(headDots(m_model));
+    m_roll = PaperRoll(headDots(m_state.model));
     ++m_rollNumber;
 }
 
@@ -28,10 +28,10 @@ void SimulatedPrinter::reset(Model model)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_model = model;
-        m_condition = Condition::Ready;
-        m_faults = PrinterFaults();
-        m_counts = Counts();
+        const int plugging = m_state.plugging;
+        m_state = PrinterReport();
+        m_state.model = model;
+        m_state.plugging = plugging;
         m_decoder = FrameDecoder();
         putInRoll();
         m_feeds.clear();
@@ -47,9 +47,9 @@ void SimulatedPrinter::unplug()
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (!m_pluggedIn)
+        if (!m_state.pluggedIn)
             return;
-        m_pluggedIn = false;
+        m_state.pluggedIn = false;
     }
     emit pluggedInChanged(false);
 }
@@ -58,7 +58,7 @@ void SimulatedPrinter::plugIn()
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_pluggedIn)
+        if (m_state.pluggedIn)
             return;
         powerOn();
     }
@@ -70,10 +70,10 @@ void SimulatedPrinter::plugIn(Model model)
     bool newRoll = false;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        newRoll = model != m_model;
-        if (m_pluggedIn && !newRoll)
+        newRoll = model != m_state.model;
+        if (m_state.pluggedIn && !newRoll)
             return;
-        m_model = model;
+        m_state.model = model;
         if (newRoll)
             putInRoll();
         powerOn();
@@ -93,9 +93,9 @@ void SimulatedPrinter::setCondition(Condition condition)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_condition == condition)
+        if (m_state.condition == condition)
             return;
-        m_condition = condition;
+        m_state.condition = condition;
     }
     emit conditionChanged();
 }
@@ -103,19 +103,10 @@ void SimulatedPrinter::setCondition(Condition condition)
 PrinterReport SimulatedPrinter::report() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    PrinterReport report;
-    report.model = m_model;
-    report.condition = m_condition;
-    report.faults = m_faults;
-    report.pluggedIn = m_pluggedIn;
-    report.plugging = m_plugging;
-    report.key = m_key;
+    PrinterReport report = m_state;
     report.paperLines = m_roll.lineCount();
     report.fedLines = m_roll.fedLines();
     report.feeds = QVector<int>(m_feeds.begin(), m_feeds.end());
-    report.frames = m_counts.frames;
-    report.crcErrors = m_counts.crcErrors;
-    report.keyExchanges = m_counts.keyExchanges;
     report.skippedBytes = m_decoder.skippedBytes();
     return report;
 }

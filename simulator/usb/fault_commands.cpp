@@ -45,33 +45,27 @@ const QVector<FaultCommands::Row>& FaultCommands::rows()
 {
     using Self = FaultCommands;
     using Text = QString;
+    using Faults = PrinterFaults;
     constexpr Argument kNone = Argument::None, kBytes = Argument::Bytes, kHex = Argument::Hex, kFile = Argument::File;
     constexpr Needs kAny = Needs::Nothing, kIn = Needs::PluggedIn, kOut = Needs::Unplugged;
     static const QVector<Row> table = [] {
         QVector<Row> made;
         const auto row = [&](const char* words, Argument argument, Needs needs, Action act) {
-            made.append({words, argument, needs, act});
+            made.append({words, argument, needs, act, nullptr});
+        };
+        const auto fault = [&](const char* words, Argument argument, Needs needs, FaultChange change) {
+            made.append({words, argument, needs, nullptr, change});
         };
         row("plug", kNone, kOut, [](Self& s, const Text&) { s.m_printer.plugIn(); });
         row("unplug", kNone, kIn, [](Self& s, const Text&) { s.m_printer.unplug(); });
-        row("unplug after", kBytes, kIn, [](Self& s, const Text& bytes) {
-            s.m_printer.fault([&](auto& faults) { faults.bytesUntilGone = bytes.toInt(); });
-        });
-        row("nak", kNone, kAny,
-            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.bytesUntilHolding = 0; }); });
-        row("nak after", kBytes, kAny, [](Self& s, const Text& bytes) {
-            s.m_printer.fault([&](auto& faults) { faults.bytesUntilHolding = bytes.toInt(); });
-        });
-        row("nak off", kNone, kAny,
-            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.bytesUntilHolding = -1; }); });
-        row("stall in", kNone, kIn,
-            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.inHalted = true; }); });
-        row("stall out", kNone, kIn,
-            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.outHalted = true; }); });
-        row("mute", kNone, kAny,
-            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.silent = true; }); });
-        row("mute off", kNone, kAny,
-            [](Self& s, const Text&) { s.m_printer.fault([](auto& faults) { faults.silent = false; }); });
+        fault("unplug after", kBytes, kIn, [](Faults& f, qint64 bytes) { f.bytesUntilGone = bytes; });
+        fault("nak", kNone, kAny, [](Faults& f, qint64) { f.bytesUntilHolding = 0; });
+        fault("nak after", kBytes, kAny, [](Faults& f, qint64 bytes) { f.bytesUntilHolding = bytes; });
+        fault("nak off", kNone, kAny, [](Faults& f, qint64) { f.bytesUntilHolding = -1; });
+        fault("stall in", kNone, kIn, [](Faults& f, qint64) { f.inHalted = true; });
+        fault("stall out", kNone, kIn, [](Faults& f, qint64) { f.outHalted = true; });
+        fault("mute", kNone, kAny, [](Faults& f, qint64) { f.silent = true; });
+        fault("mute off", kNone, kAny, [](Faults& f, qint64) { f.silent = false; });
         row("no zlp", kNone, kAny, [](Self& s, const Text&) { s.m_bus.faults().noZeroLengthPacket = true; });
         row("no zlp off", kNone, kAny, [](Self& s, const Text&) { s.m_bus.faults().noZeroLengthPacket = false; });
         row("hold", kNone, kAny, [](Self& s, const Text&) { s.m_bus.faults().heldElsewhere = true; });
@@ -141,7 +135,10 @@ QString FaultCommands::carryOut(const Row& row, const QString& argument)
     if (row.needs == Needs::Unplugged && pluggedIn)
         return QStringLiteral("nothing done: the printer is plugged in");
     m_answer = QStringLiteral("ok");
-    row.act(*this, argument);
+    if (row.change)
+        m_printer.fault([&](PrinterFaults& faults) { row.change(faults, argument.toInt()); });
+    else
+        row.act(*this, argument);
     return m_answer;
 }
 

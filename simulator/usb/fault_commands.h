@@ -26,12 +26,14 @@ private:
     enum class Argument { None, Bytes, Hex, File };
     enum class Needs { Nothing, PluggedIn, Unplugged };
     using Action = void (*)(FaultCommands& self, const QString& argument);
+    using FaultChange = void (*)(PrinterFaults& faults, qint64 bytes);
     struct Row
     {
         const char* words;
         Argument argument;
         Needs needs;
-        Action act;
+        Action act;         ///< null where the row only changes what is wrong with the printer
+        FaultChange change; ///< null where it does something else
     };
 
     static const QVector<Row>& rows();

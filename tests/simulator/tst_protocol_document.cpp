@@ -11,38 +11,35 @@ class ProtocolDocumentTest : public QObject
     Q_OBJECT
 
 private slots:
-    void examples_data();
-    void examples();
+    void examples_data()
+    {
+        QTest::addColumn<QStringList>("transfers");
+        QFile document(PROTOCOL_DOCUMENT);
+        QVERIFY(document.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(document.readAll());
+        auto block = QRegularExpression("```hex\n([^`]*)").globalMatch(text);
+        for (int number = 1; block.hasNext(); ++number) {
+            const QString transfers = block.next().captured(1).replace("\n ", " ");
+            QTest::addRow("example %d", number) << transfers.split('\n', Qt::SkipEmptyParts);
+        }
+    }
+
+    void examples()
+    {
+        QFETCH(QStringList, transfers);
+        SimulatedPrinter printer;
+        for (const QString& transfer : qAsConst(transfers)) {
+            const QByteArray bytes = QByteArray::fromHex(transfer.mid(1).toLatin1());
+            if (transfer.startsWith('>'))
+                printer.receive(reinterpret_cast<const unsigned char*>(bytes.constData()), bytes.size());
+            else
+                QCOMPARE(printer.takeTransfer(4096).toHex(' '), bytes.toHex(' '));
+        }
+        QCOMPARE(printer.takeTransfer(4096), QByteArray());
+        QCOMPARE(printer.report().skippedBytes, 0);
+        QCOMPARE(printer.report().crcErrors, 0);
+    }
 };
-
-void ProtocolDocumentTest::examples_data()
-{
-    QTest::addColumn<QStringList>("transfers");
-    QFile document(PROTOCOL_DOCUMENT);
-    QVERIFY(document.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(document.readAll());
-    auto block = QRegularExpression("```hex\n([^`]*)").globalMatch(text);
-    for (int number = 1; block.hasNext(); ++number) {
-        const QString transfers = block.next().captured(1).replace("\n ", " ");
-        QTest::addRow("example %d", number) << transfers.split('\n', Qt::SkipEmptyParts);
-    }
-}
-
-void ProtocolDocumentTest::examples()
-{
-    QFETCH(QStringList, transfers);
-    SimulatedPrinter printer;
-    for (const QString& transfer : qAsConst(transfers)) {
-        const QByteArray bytes = QByteArray::fromHex(transfer.mid(1).toLatin1());
-        if (transfer.startsWith('>'))
-            printer.receive(reinterpret_cast<const unsigned char*>(bytes.constData()), bytes.size());
-        else
-            QCOMPARE(printer.takeTransfer(4096).toHex(' '), bytes.toHex(' '));
-    }
-    QCOMPARE(printer.takeTransfer(4096), QByteArray());
-    QCOMPARE(printer.report().skippedBytes, 0);
-    QCOMPARE(printer.report().crcErrors, 0);
-}
 
 QTEST_APPLESS_MAIN(ProtocolDocumentTest)
 #include "tst_protocol_document.moc"
