@@ -19,6 +19,8 @@ namespace {
 constexpr int kRefused = -1;
 constexpr int kFrameFailed = -2;
 
+thread_local int t_bytesOfFailedWrite = 0;
+
 bool isUp()
 {
     return g_portOpen && g_printerReady;
@@ -125,9 +127,21 @@ int Printer::sendRaster(const unsigned char* raster, int size)
 {
     if (!raster || size < 0)
         return kRefused;
-    for (int sent = 0; sent < size; sent += kPrintDataPayload) {
-        if (sendPrintData(raster + sent, qMin(kPrintDataPayload, size - sent)) < 0)
-            return kFrameFailed;
+    int number = 1;
+    for (int sent = 0; sent < size; sent += kPrintDataPayload, ++number) {
+        const int piece = qMin(kPrintDataPayload, size - sent);
+        t_bytesOfFailedWrite = 0;
+        const int result = sendPrintData(raster + sent, piece);
+        if (result >= 0)
+            continue;
+        qDebug() << "print data frame" << number << "failed:" << t_bytesOfFailedWrite << "of"
+                 << piece + kFrameOverhead << "bytes sent, result" << result;
+        return kFrameFailed;
     }
     return 0;
+}
+
+void Printer::noteFailedWrite(int bytesSent)
+{
+    t_bytesOfFailedWrite = bytesSent;
 }

@@ -64,11 +64,17 @@ public:
     /// Sends a raster in frames of kPrintDataPayload bytes, the last one shorter where need be.
     /// @param size  bytes; an empty raster sends nothing
     /// @return      0; -1 for a null raster or a negative size; -2 when a frame failed, with those before it printed
+    ///              and a line in the log that says how far the job came
     int sendRaster(const unsigned char* raster, int size);
 
 signals:
     /// The port has just been opened and the key exchanged. Emitted in the thread that called connectUsb().
     void signalCheckSetCrcKeyFirstTime(bool success);
+
+protected:
+    /// For write(): what went out of the frame that failed. Kept by thread, for the line that a failed job logs; the
+    /// receiver's probes may fail at the same time.
+    static void noteFailedWrite(int bytesSent);
 
 private:
     enum class BringUp { Done, Failed, NotNeeded };

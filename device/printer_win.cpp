@@ -62,6 +62,7 @@ int PrinterWin::write(const unsigned char* data, int length)
     const int result = device->write(device, data, 0, length, &written);
     if (result != 0) {
         g_printerReady = false;
+        noteFailedWrite(qMax(written, 0)); // still -1 where the port left it alone
         return result;
     }
     return written;
