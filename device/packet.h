@@ -5,8 +5,7 @@
 // The frames that the client sends. Every frame is payload + 10 bytes, multi-byte fields little-endian:
 // 0x02, command, tag, 16-bit length, payload, 32-bit CRC of the payload, 0x03. docs/protocol.md has the whole wire.
 
-/// Command codes; the label of each is its meaning on the device. A query's reply carries the code plus one, as a
-/// rule.
+/// Command codes; the label of each is its meaning on the device. A query's reply usually carries the code plus one.
 enum CommandCode : unsigned char {
     CommandPrintData = 0x00,
     CommandGetVersion = 0x04,
@@ -61,6 +60,5 @@ void buildFrame(unsigned char* out, unsigned char code, unsigned char tag, const
 /// Writes a frame of kCommandFrameSize bytes whose payload is `value`: zero for queries, dot lines for a paper feed.
 void buildCommandFrame(unsigned char* out, unsigned char code, std::uint16_t value, std::uint32_t key);
 
-/// Writes the frame of kSetKeyFrameSize bytes that hands `newKey` to the device. It does not depend on the current
-/// key.
+/// Writes the frame of kSetKeyFrameSize bytes that hands `newKey` to the device. The current key is not part of it.
 void buildSetKeyFrame(unsigned char* out, std::uint32_t newKey);

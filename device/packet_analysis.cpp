@@ -28,7 +28,8 @@ QString statusText(const QByteArray& payload)
     if (payload.size() != 2)
         return {};
     const unsigned status = byteAt(payload, 0);
-    // A deliberate oddity: with the byte in both halves only 0 matches, so that the other two are never reported.
+    // The windows are built around one status: with the byte in both halves only 0 matches, and the other two are
+    // never reported (docs/architecture.md, "Kept behaviour").
     switch (status << 8 | status) {
     case 1:
         return QCoreApplication::translate("PrinterReadThread", "羽毛盒没纸了");

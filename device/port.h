@@ -6,8 +6,7 @@
 /// a negative error code. The client uses three of the thirteen; the others belong to the port library and may be
 /// null. The order is the binary contract with the library and never changes.
 ///
-/// Threads: one thread may read while another writes, and writes may come from more than one thread. No operation may
-/// throw.
+/// Threads: one thread may read while another writes, and several may write. No operation may throw.
 struct port
 {
     using Operation = int (*)(port* self);

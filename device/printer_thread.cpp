@@ -40,8 +40,7 @@ void convertToDots(ImageBuffer* buffer, int printType)
 
 Raster rasterOf(QImage image, int printType)
 {
-    // The job works on a copy of its own, whose rows are not padded: the picture that was handed in may be on show
-    // elsewhere.
+    // The picture that was handed in may be on show elsewhere, so the job works on a copy, whose rows are not padded.
     image = image.depth() == 32 ? image.copy() : image.convertToFormat(QImage::Format_RGB32);
     ImageBuffer buffer;
     buffer.data = image.bits();

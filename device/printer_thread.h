@@ -10,9 +10,8 @@ class PrinterWin;
 
 /// Prints one picture a run: turns it into dots, packs them, sends them and feeds the print past the tear bar.
 ///
-/// setImage() and start() belong to the thread that owns the object; setImage() may come while a job runs and then
-/// waits for the next start(). A running job cannot be cancelled. Destruction waits, without a limit, for the job to
-/// end.
+/// setImage() and start() belong to the thread that owns the object. A picture that is set while a job runs waits for
+/// the next start(). A running job cannot be cancelled; destruction waits for its end without a limit.
 class PrinterThread : public QThread
 {
     Q_OBJECT

@@ -18,7 +18,7 @@ unsigned char receiveBuffer[kReceiveCapacity];
 void PrinterWin::openPort()
 {
     g_portOpen = false;
-    // The closing banner also comes first: log readers split on it.
+    // Log readers split on the closing banner, so it comes first as well (docs/architecture.md, "Kept behaviour").
     qDebug() << "================end init printer===========";
     qDebug() << "==============start init printer===========";
     port* opened = nullptr;

@@ -28,7 +28,7 @@ int preparePort(port* self)
     return result;
 }
 
-/// In packets, as a bus brings them; waits for a printer that holds back.
+/// The frame goes in packets, as a bus brings it. A printer that holds back is waited for.
 int sendFrame(const unsigned char* frame, int length, int* written)
 {
     auto end = Clock::now() + kNoProgressLimit;

@@ -16,8 +16,8 @@ namespace {
 
 constexpr int kUsageError = 2;
 constexpr int kCrashed = 1;
-constexpr int kSignalled = 128; ///< and the signal's number, as a shell has it
-constexpr int kMannersMs = 3000;
+constexpr int kSignalled = 128;  ///< and the signal's number, as a shell has it
+constexpr int kMannersMs = 3000; ///< for the program to end by itself after a signal
 
 struct Options
 {
@@ -31,7 +31,7 @@ void complain(const QString& message)
     QTextStream(stderr) << "quillbox-virtual-usb: " << message << Qt::endl;
 }
 
-/// Ends with this program, whatever ends that.
+/// A program that never outlives this one, however this one ends.
 class Child : public QProcess
 {
 public:
@@ -100,7 +100,7 @@ void watchSignals()
         std::signal(number, onSignal);
 }
 
-/// Asked of a bus, for without one there is no telling.
+/// Only a bus can tell, so one is made for the question.
 bool isUnderWrapper()
 {
     UMockdevTestbed* bus = umockdev_testbed_new();

@@ -4,8 +4,7 @@
 
 #include <zlib.h>
 
-/// What the client makes of bytes, against bytes typed by hand and zlib. The simulated printer checks every frame
-/// too.
+/// What the client makes of bytes, against bytes typed by hand and zlib. The simulated printer checks frames too.
 class PacketTest : public QObject
 {
     Q_OBJECT
