@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 
 namespace {
 
@@ -26,14 +27,40 @@ bool isSupported(libusb_device* device)
     });
 }
 
+/// @return  a libusb error code or a UsbTrouble
 int bulkInterfaceOf(libusb_device* device, BulkInterface* found)
 {
     libusb_config_descriptor* configuration = nullptr;
-    if (const int result = libusb_get_active_config_descriptor(device, &configuration); result != 0)
+    const int result = libusb_get_active_config_descriptor(device, &configuration);
+    if (result == LIBUSB_ERROR_NOT_FOUND)
+        return UsbUnconfigured;
+    if (result != 0)
         return result;
     const bool isThere = findBulkInterface(*configuration, found);
     libusb_free_config_descriptor(configuration);
-    return isThere ? 0 : LIBUSB_ERROR_NOT_FOUND;
+    return isThere ? 0 : UsbNoInterface;
+}
+
+/// What the port returns for a failure, which has libusb's numbers alone.
+int portResult(int failure)
+{
+    if (failure <= 0)
+        return failure;
+    return failure == UsbNoPrinter ? LIBUSB_ERROR_NO_DEVICE : LIBUSB_ERROR_NOT_FOUND;
+}
+
+/// As lsusb counts: bus and address on it.
+std::string placeOf(libusb_device* device)
+{
+    return "device " + std::to_string(libusb_get_bus_number(device)) + ':' +
+           std::to_string(libusb_get_device_address(device));
+}
+
+std::string endpointText(unsigned char address)
+{
+    char text[8];
+    std::snprintf(text, sizeof text, "0x%02x", unsigned{address});
+    return text;
 }
 
 } // namespace
@@ -48,13 +75,13 @@ void UsbConnection::HandleCloser::operator()(libusb_device_handle* handle) const
     libusb_close(handle);
 }
 
-/// With a context of its own: where no udev daemon runs, an old one never lists a device that was plugged in again.
+/// Each connection has a context of its own: without a udev daemon, an old one never lists a device plugged in again.
 std::unique_ptr<UsbConnection> UsbConnection::open(int* result)
 {
     libusb_context* context = nullptr;
     *result = libusb_init(&context);
     if (*result != 0) {
-        reportUsbFailure(*result);
+        reportUsbFailure(*result, {});
         return nullptr;
     }
     std::unique_ptr<UsbConnection> connection(new UsbConnection);
@@ -63,7 +90,7 @@ std::unique_ptr<UsbConnection> UsbConnection::open(int* result)
     const auto count = libusb_get_device_list(context, &devices);
     if (count < 0) {
         *result = static_cast<int>(count);
-        reportUsbFailure(*result);
+        reportUsbFailure(*result, {});
         return nullptr;
     }
     *result = connection->openFirstOf(devices);
@@ -74,31 +101,32 @@ std::unique_ptr<UsbConnection> UsbConnection::open(int* result)
 /// @param devices  ends with null
 int UsbConnection::openFirstOf(libusb_device** devices)
 {
-    int failure = LIBUSB_ERROR_NO_DEVICE;
+    int failure = UsbNoPrinter;
+    std::string place;
     for (; *devices; ++devices) {
         if (!isSupported(*devices))
             continue;
+        m_place = placeOf(*devices);
         const int result = claim(*devices);
         if (result == 0)
             return 0;
         // A device that has just been unplugged may still be listed; what another one says is worth more.
-        if (result != LIBUSB_ERROR_NO_DEVICE)
-            failure = result;
+        if (result == LIBUSB_ERROR_NO_DEVICE)
+            continue;
+        failure = result;
+        place = m_place;
     }
-    if (failure == LIBUSB_ERROR_NO_DEVICE)
-        reportUsbNoPrinter();
-    else if (failure == LIBUSB_ERROR_NOT_FOUND)
-        reportUsbNoInterface();
-    else
-        reportUsbFailure(failure);
-    return failure;
+    reportUsbFailure(failure, place);
+    return portResult(failure);
 }
 
+/// @return  a libusb error code or a UsbTrouble
 int UsbConnection::claim(libusb_device* device)
 {
     BulkInterface found;
     if (const int result = bulkInterfaceOf(device, &found); result != 0)
         return result;
+    m_place += ", interface " + std::to_string(found.number);
     libusb_device_handle* opened = nullptr;
     if (const int result = libusb_open(device, &opened); result != 0)
         return result;
@@ -118,6 +146,21 @@ int UsbConnection::claim(libusb_device* device)
     m_handle = std::move(handle);
     m_interface = found;
     return 0;
+}
+
+std::string UsbConnection::place() const
+{
+    return m_place + ", endpoints " + endpointText(m_interface.out) + " and " + endpointText(m_interface.in);
+}
+
+std::string UsbConnection::outPlace() const
+{
+    return m_place + ", endpoint " + endpointText(m_interface.out);
+}
+
+std::string UsbConnection::inPlace() const
+{
+    return m_place + ", endpoint " + endpointText(m_interface.in);
 }
 
 UsbConnection::~UsbConnection()

@@ -3,6 +3,7 @@
 #include "device/usb/bulk_interface.h"
 
 #include <memory>
+#include <string>
 
 struct libusb_context;
 struct libusb_device;
@@ -36,6 +37,11 @@ public:
 
     int packetBytes() const { return m_interface.inPacketBytes; }
 
+    // For the log: the device on its bus, the interface, and both endpoints or the one of a direction.
+    std::string place() const;
+    std::string outPlace() const;
+    std::string inPlace() const;
+
 private:
     struct ContextCloser
     {
@@ -56,4 +62,5 @@ private:
     Context m_context; // ends after the handle, which belongs to it
     Handle m_handle;
     BulkInterface m_interface;
+    std::string m_place; ///< without the endpoints
 };

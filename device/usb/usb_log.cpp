@@ -40,9 +40,16 @@ std::string supportedIds()
     return list;
 }
 
-std::string failureText(int error)
+std::string failureText(int failure)
 {
-    switch (error) {
+    switch (failure) {
+    case UsbNoPrinter:
+        return "no printer found: connect it and switch it on (looked for " + supportedIds() + ")";
+    case UsbNoInterface:
+        return "the device has no interface with two bulk endpoints: it is not a printer of this kind";
+    case UsbUnconfigured:
+        return "the system has not configured the device, as where a hub has too little power for it: "
+               "plug it into a port of the computer itself";
     case LIBUSB_ERROR_ACCESS:
         return "no permission to open the printer: install the udev rule 70-quillbox.rules, "
                "then unplug the printer and plug it in again";
@@ -50,24 +57,22 @@ std::string failureText(int error)
         return "another program holds the printer: close it, and take the printer out of the print queues";
     case LIBUSB_ERROR_NO_DEVICE:
         return "the printer is unplugged or switched off: connect it again, it is found by itself";
+    case LIBUSB_ERROR_NOT_FOUND:
+        return "the device is leaving or loses its configuration: it is looked for again by itself; "
+               "if this comes back, unplug the printer and plug it in again";
     case LIBUSB_ERROR_PIPE:
         return "the printer refused a transfer (stall): the connection is set up anew; "
                "if this comes back, switch the printer off and on";
     case LIBUSB_ERROR_TIMEOUT:
         return "the printer takes no more data (timed out): look after the paper and the cover";
     default:
-        return std::string(libusb_error_name(error)) + ": unplug the printer and plug it in again";
+        return std::string(libusb_error_name(failure)) + ": unplug the printer and plug it in again";
     }
 }
 
-void reportFailureText(const std::string& text)
+std::string lineOf(const std::string& text, const std::string& place)
 {
-    Log& log = usbLog();
-    const std::lock_guard<std::mutex> lock(log.mutex);
-    if (text == log.lastFailure)
-        return;
-    log.lastFailure = text;
-    log.sink(("USB: " + text).c_str());
+    return "USB: " + text + (place.empty() ? "" : " [" + place + "]");
 }
 
 } // namespace
@@ -79,26 +84,28 @@ void setUsbLog(void (*sink)(const char* line))
     log.sink = sink ? sink : writeToStandardError;
 }
 
-void reportUsbFailure(int error)
+void reportUsbFailure(int failure, const std::string& place)
 {
-    reportFailureText(failureText(error));
+    const std::string line = lineOf(failureText(failure), place);
+    Log& log = usbLog();
+    const std::lock_guard<std::mutex> lock(log.mutex);
+    if (line == log.lastFailure)
+        return;
+    log.lastFailure = line;
+    log.sink(line.c_str());
 }
 
-void reportUsbNoPrinter()
-{
-    reportFailureText("no printer found: connect it and switch it on (looked for " + supportedIds() + ")");
-}
-
-void reportUsbNoInterface()
-{
-    reportFailureText("the device has no interface with two bulk endpoints: it is not a printer of this kind");
-}
-
-void reportUsbReady(bool newlyOpened)
+void reportUsbOpened(const std::string& place)
 {
     Log& log = usbLog();
     const std::lock_guard<std::mutex> lock(log.mutex);
     log.lastFailure.clear();
-    if (newlyOpened)
-        log.sink("USB: printer opened");
+    log.sink(lineOf("printer opened", place).c_str());
+}
+
+void reportUsbAnswer()
+{
+    Log& log = usbLog();
+    const std::lock_guard<std::mutex> lock(log.mutex);
+    log.lastFailure.clear();
 }

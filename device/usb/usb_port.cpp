@@ -95,7 +95,7 @@ int UsbPort::open()
     return reopen();
 }
 
-/// With both locks held.
+/// Both locks are held.
 int UsbPort::reopen()
 {
     m_connection.reset(); // before the next one is claimed
@@ -103,7 +103,7 @@ int UsbPort::reopen()
     m_connection = UsbConnection::open(&result);
     m_inDoubt = false;
     if (m_connection)
-        reportUsbReady(true);
+        reportUsbOpened(m_connection->place());
     return result;
 }
 
@@ -113,14 +113,14 @@ int UsbPort::prepareSession()
     const std::lock_guard<FairMutex> writing(m_writing);
     const std::lock_guard<std::mutex> reading(m_reading);
     if (m_connection && !m_inDoubt && m_connection->startSession() == 0) {
-        reportUsbReady(false);
+        reportUsbAnswer();
         return 0;
     }
     if (const int result = reopen(); result != 0)
         return result;
     const int result = m_connection->startSession();
     if (result != 0) {
-        reportUsbFailure(result);
+        reportUsbFailure(result, m_connection->place());
         m_connection.reset();
     }
     return result;
@@ -136,13 +136,13 @@ int UsbPort::writeFrame(const unsigned char* frame, int length, int* written)
     if (result == 0)
         return 0;
     m_inDoubt = true;
-    reportUsbFailure(result);
+    reportUsbFailure(result, m_connection->outPlace());
     if (result == LIBUSB_ERROR_PIPE)
         m_connection->clearOutHalt();
     return result;
 }
 
-/// Goes on behind what has moved, for the device takes the frame as a stream; nothing is sent twice.
+/// The device takes the frame as a stream, so sending goes on behind what has moved, and nothing is sent twice.
 int UsbPort::sendAll(const unsigned char* frame, int length, int* written)
 {
     auto end = Clock::now() + kNoProgressLimit;
@@ -184,14 +184,14 @@ int UsbPort::readReplies(unsigned char* buffer, int capacity, int* received)
             continue;
         if (*received > 0)
             break; // what has come first; the failure is there again at the next read
-        reportUsbFailure(result);
+        reportUsbFailure(result, m_connection->inPlace());
         if (result == LIBUSB_ERROR_PIPE)
             m_connection->clearInHalt();
         return result;
     }
     if (*received == 0)
         return LIBUSB_ERROR_TIMEOUT;
-    reportUsbReady(false);
+    reportUsbAnswer();
     return 0;
 }
 

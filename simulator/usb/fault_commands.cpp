@@ -97,7 +97,7 @@ QString FaultCommands::obey(const QString& line)
         .arg(line.simplified(), usage(line.simplified().section(' ', 0, 0)));
 }
 
-/// The whole line, so that nothing behind a command goes unnoticed.
+/// The pattern has to match the whole line, or something behind a command would go unnoticed.
 bool FaultCommands::matches(const Row& row, const QString& line, QString* argument)
 {
     const QString words = QString::fromLatin1(row.words).replace(' ', QLatin1String("\\s+"));

@@ -118,9 +118,13 @@ int UsbfsDevice::answerPlain(Client* client, gulong request)
         m_usblpBound = m_faults.usblp.load();
         return 0;
     case USBDEVFS_SETINTERFACE:
+        if (m_faults.leaving)
+            return EINVAL;
         m_setting = valueOf<usbdevfs_setinterface>(client).altsetting;
         return 0;
     case USBDEVFS_CLEAR_HALT:
+        if (m_faults.leaving)
+            return ENOENT;
         return clearHalt(valueOf<unsigned>(client));
     case USBDEVFS_SUBMITURB:
         return submit(client);

@@ -16,6 +16,7 @@ struct UsbFaults
 {
     std::atomic<bool> usblp{false};              ///< the kernel's printer driver binds itself to the interface
     std::atomic<bool> heldElsewhere{false};      ///< another program has claimed the interface
+    std::atomic<bool> leaving{false};            ///< still there, but its configuration has just been taken down
     std::atomic<bool> noZeroLengthPacket{false}; ///< a reply that fills its last packet is not ended
     /// udev is there and announces what is unplugged. Only where nobody opens or closes the port meanwhile: umockdev
     /// 0.17 ends the program when a listener goes away just then.

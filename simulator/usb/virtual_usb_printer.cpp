@@ -71,6 +71,12 @@ const UsbfsDevice& VirtualUsbPrinter::device() const
     return *m_devices.back();
 }
 
+int VirtualUsbPrinter::address() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_address;
+}
+
 /// A printer that is switched off and on says only that it is there; on the bus it is another device then.
 void VirtualUsbPrinter::mirror(bool pluggedIn)
 {
@@ -104,7 +110,7 @@ void VirtualUsbPrinter::describeDevice()
     writeFile(folder + "busnum", "1\n");
     writeFile(folder + "devnum", address + '\n');
     writeFile(folder + "speed", m_shape.highSpeed ? "480\n" : "12\n");
-    writeFile(folder + "bConfigurationValue", "1\n");
+    writeFile(folder + "bConfigurationValue", m_shape.configured ? "1\n" : "");
     writeFile(folder + "idVendor", hexNumber(m_shape.vendor) + '\n');
     writeFile(folder + "idProduct", hexNumber(m_shape.product) + '\n');
     writeFile(folder + "descriptors", usbDescriptors(m_shape));

@@ -28,6 +28,8 @@ public:
     void setDenied(bool denied);
     /// The device as it is plugged in now, or the last one that was.
     const UsbfsDevice& device() const;
+    /// Its address on bus 1.
+    int address() const;
 
 private:
     void mirror(bool pluggedIn);

@@ -1,3 +1,5 @@
 #include "tests/usb/bench.h"
 
 void startBench() {}
+
+const bool kOverUsb = false;

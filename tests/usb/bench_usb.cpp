@@ -7,3 +7,5 @@ void startBench()
 {
     static VirtualUsbPrinter bus(simulatedPrinter());
 }
+
+const bool kOverUsb = true;
