@@ -55,27 +55,8 @@ private slots:
         QCOMPARE(newFrames(), QString("18:4 1a:2 6:2"));
         QVERIFY(currentCrcKey() != firstKey && firstKey != kDefaultCrcKey && g_modelIndex == 0);
         simulatedPrinter().fault([](auto& faults) { faults.failingPrepare = true; });
-        QVERIFY(m_printer->initPrinter() < 0 && !g_printerReady);
-    }
-
-    void bringUpFails()
-    {
-        for (const QByteArray fault : {"absent", "prepare", "write", "gone"}) {
-            init();
-            if (fault == "absent")
-                simulatedPrinter().unplug();
-            simulatedPrinter().fault([&](auto& faults) {
-                faults.failingPrepare = fault == "prepare";
-                faults.refusingWrites = fault == "write";
-                faults.bytesUntilGone = fault == "gone" ? kSetKeyFrameSize : 1000;
-            });
-            setModel(1, true);
-            QVERIFY2(!m_printer->connectUsb() && g_modelIndex == 0 && !g_modelConfirmed && !g_printerReady, fault);
-            QVERIFY2(g_portOpen == (fault != "absent") && m_exchanges->isEmpty(), fault);
-            simulatedPrinter().fault([](auto& faults) { faults = {}; });
-            simulatedPrinter().plugIn();
-            QVERIFY2(m_printer->connectUsb() && m_exchanges->size() == 1, fault); // now that the device behaves
-        }
+        QVERIFY(m_printer->initPrinter() < 0 && !g_printerReady && !m_printer->connectUsb());
+        QCOMPARE(m_exchanges->size(), 2);
     }
 
     void twoThreadsExchangeOneKey()
