@@ -169,7 +169,6 @@ private slots:
 
     void refusesAndRecovers()
     {
-        QCOMPARE(io_port_creator(&m_usb, "COM"), -2); // a kind that there is not
         QCOMPARE(write(kFeed2 + kFeed2), 0);
         m_printer.fault([](auto& faults) { faults.refusingWrites = true; });
         QCOMPARE(write(kFeed2), -9);

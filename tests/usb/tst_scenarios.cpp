@@ -208,6 +208,20 @@ private slots:
         QCOMPARE(m_printer.report().skippedBytes, qint64{0}); // no half frame was left in front of a whole one
     }
 
+    void refusesWhatNoPortCanDo()
+    {
+        startOver();
+        port* opened = nullptr;
+        unsigned char bytes[4096] = {};
+        int count = 0;
+        QVERIFY(io_port_creator(&opened, "COM") == -2 && !opened);
+        QCOMPARE(io_port_creator(&opened, "USB"), 0);
+        QCOMPARE(opened->write(opened, bytes, 1, 1, &count), -2);
+        QCOMPARE(opened->write(opened, nullptr, 0, 1, &count), -2);
+        QCOMPARE(opened->read(opened, bytes, 1, 4096, &count), -2);
+        QCOMPARE(opened->read(opened, nullptr, 0, 4096, &count), -2);
+    }
+
     /// A printer goes away in the middle of page after page, and the receiver works beside the job as in the client.
     void goesAwayAgainAndAgain()
     {
