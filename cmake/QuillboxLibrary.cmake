@@ -24,7 +24,7 @@ target_include_directories(quillbox_build_flags INTERFACE ${PROJECT_SOURCE_DIR})
 
 # Of every Qt program under the thread sanitizer.
 if(QUILLBOX_SANITIZE STREQUAL "thread")
-    add_library(quillbox_inline_conversions OBJECT ${PROJECT_SOURCE_DIR}/tests/inline_conversions.cpp)
+    add_library(quillbox_inline_conversions OBJECT ${PROJECT_SOURCE_DIR}/cmake/inline_conversions.cpp)
     set_target_properties(quillbox_inline_conversions PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
     target_link_libraries(quillbox_inline_conversions PRIVATE Qt5::Core quillbox_build_flags)
 endif()

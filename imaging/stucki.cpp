@@ -236,9 +236,7 @@ private:
     void load(std::size_t i, std::size_t front, std::size_t width)
     {
         const std::size_t lag = i * kLag;
-        const auto inRow = [=](std::size_t column) {
-            return std::min(column > lag ? column - lag : 0, width);
-        };
+        const auto inRow = [=](std::size_t column) { return std::min(column > lag ? column - lag : 0, width); };
         m_stretches[i] = {inRow(front), inRow(front + kStretch)};
         loadValues(pixels(i), m_rows.sharesOf(row(i) - 1), m_rows.sharesOf(row(i) - 2), m_stretches[i],
                    m_rows.values[i]);

@@ -73,9 +73,7 @@ int guarded(Operation operation)
 UsbPort::UsbPort()
     : port()
 {
-    prepare = [](port* self) {
-        return guarded([&] { return static_cast<UsbPort*>(self)->prepareSession(); });
-    };
+    prepare = [](port* self) { return guarded([&] { return static_cast<UsbPort*>(self)->prepareSession(); }); };
     write = [](port* self, const unsigned char* buffer, int offset, int length, int* written) {
         if (!buffer || offset != 0 || length < 1 || !written)
             return static_cast<int>(LIBUSB_ERROR_INVALID_PARAM);

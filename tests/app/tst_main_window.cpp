@@ -1,13 +1,20 @@
 #include "shell_fixture.h"
 
+#include "app/globals/settings.h"
 #include "app/picture_file.h"
 #include "app/welcome_window.h"
+#include "content/capture/capture_screen.h"
 #include "content/page/edit_main_window.h"
+#include "content/page/picture_insertion.h"
+#include "content/page/text_runs.h"
 #include "device/diagnostics/diagnostic_hub.h"
+#include "simulator/cloud/simulated_service.h"
+#include "update/upgrade_app_window.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTextEdit>
 
 using Model = SimulatedPrinter::Model;
@@ -27,7 +34,30 @@ class MainWindowTest : public QObject
                simulatedPrinter().jobLines().count('\0') < simulatedPrinter().jobLines().size();
     }
 
+    static void offer(SimulatedService& service, const QString& versionCode, bool mustUpdate)
+    {
+        const QJsonObject version{{"versionCode", versionCode},
+                                  {"versionName", "V9"},
+                                  {"swPath", service.installerPath()},
+                                  {"mustUpdate", mustUpdate}};
+        service.setReply("GetSWVerssion", ServiceReply::enciphered(ServiceReply::success(version)));
+    }
+
+    static bool isChecking() { return isBusy(QStringLiteral("加载中，请稍后...")); }
+
 private slots:
+    void init()
+    {
+        g_uuid = "{01234567-89ab-cdef-0123-456789abcdef}";
+        simulatedPrinter().unplug();
+    }
+
+    void cleanup()
+    {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            delete window;
+    }
+
     /// Meanwhile a technician opens the diagnostic windows, by a button that nobody sees. They get the replies too.
     void k2TellsAtOnce()
     {
@@ -83,7 +113,6 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("\x89PNG, but not for long") > 0);
         file.close();
 
-        simulatedPrinter().unplug();
         Client client;
         QSignalSpy picked(&client.window(), &MainWindow::signalsPickImage);
         QStringList startedOn;
@@ -101,6 +130,83 @@ private slots:
         QCOMPARE(client->page()->editor()->toPlainText().count(QChar::ObjectReplacementCharacter), 2);
         const QSize size = picked.last()[0].value<QImage>().size();
         QVERIFY(size.width() > 8000 && static_cast<qint64>(size.width()) * size.height() <= kMostPixels);
+    }
+
+    /// The screenshot button on a real desktop: the window gives way, the piece of the screen lands in the page, and
+    /// the window is back where it was.
+    void captures()
+    {
+        const QRect selected(200, 130, 660, 560); // all that the client's window covers, and its frame
+        QWidget behind;
+        behind.setStyleSheet(QStringLiteral("background: #1060c0"));
+        behind.setGeometry(100, 100, 900, 700);
+        behind.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&behind));
+        Client client;
+        client->move(220, 180);
+        client->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&client.window()));
+        const QRect before = client->geometry();
+
+        client.click("screenshotButton");
+        client.click("screenshotButton"); // an impatient second click is not a second capture
+        QTRY_VERIFY(shown<CaptureScreen>());
+        const QPointer<CaptureScreen> overlay = shown<CaptureScreen>();
+        QVERIFY(QTest::qWaitForWindowExposed(overlay));
+        QTRY_VERIFY(client->width() <= 1 && client->height() <= 1);
+        QVERIFY(!client->frameGeometry().intersects(selected));
+        const QPoint from = overlay->mapFromGlobal(selected.topLeft());
+        const QPoint to = overlay->mapFromGlobal(selected.bottomRight());
+        QTest::mousePress(overlay, Qt::LeftButton, {}, from);
+        QTest::mouseMove(overlay, to);
+        QTest::mouseRelease(overlay, Qt::LeftButton, {}, to);
+        QTest::keyClick(overlay, Qt::Key_Return);
+
+        QTRY_VERIFY(!overlay);
+        QTRY_COMPARE(client->geometry(), QRect(before.topLeft(), QSize(600, 460)));
+        QVERIFY(!shown<CaptureScreen>());
+        const QTextEdit& editor = *client->page()->editor();
+        const QVector<TextRun> runs = textRuns(*editor.document());
+        QCOMPARE(runs.size(), 1);
+        const QUrl name(runs[0].format.toImageFormat().name());
+        const auto picture = editor.document()->resource(QTextDocument::ImageResource, name).value<QImage>();
+        QCOMPARE(picture.width(), pictureWidth(editor));
+        QImage behindAlone(picture.size(), picture.format());
+        behindAlone.fill(QColor("#1060c0"));
+        QCOMPARE(picture, behindAlone);
+    }
+
+    /// The main window closes and the offer keeps the program running, until it is closed as well.
+    void mandatoryUpdateLeavesItsWindowAlone()
+    {
+        SimulatedService service;
+        offer(service, "101", true);
+        Client client(service.address());
+        bool closed = false;
+        QTimer timer;
+        timer.callOnTimeout([&] {
+            QWidget* last = client->isVisible() ? nullptr : shown<UpgradeAppWindow>();
+            closed = closed || (last && last->close());
+        });
+        timer.start(20);
+        QTimer::singleShot(5000, &timer, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY(closed);
+    }
+
+    void nothingToOffer()
+    {
+        SimulatedService service;
+        offer(service, "100", false);
+        for (const QString& address : {service.address(), kNoService}) {
+            Client client(address);
+            QVERIFY(isChecking());
+            QTRY_VERIFY(!isChecking());
+            QCOMPARE(service.requests().last().faults, QStringList());
+            QCoreApplication::processEvents();
+            for (const QWidget* window : QApplication::topLevelWidgets())
+                QCOMPARE(window->isVisible(), window == &client.window());
+        }
     }
 };
 

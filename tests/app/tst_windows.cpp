@@ -167,10 +167,7 @@ private slots:
             {"network_test", "", with<TestNetworkWindow>()},
             {"upgrade_test", "", with<TestUpgradeWindow>()},
             {"capture_tools", "", with<CaptureScreenWindow>()},
-            {"paper", "",
-             [] {
-                 return std::make_unique<PaperWindow>(simulatedPrinter());
-             }},
+            {"paper", "", [] { return std::make_unique<PaperWindow>(simulatedPrinter()); }},
         };
         for (const QString language : {"zh_CN", "en_WW"}) {
             for (const auto& [name, staysChinese, make] : windows)

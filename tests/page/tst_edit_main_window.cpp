@@ -46,9 +46,7 @@ class EditMainWindowTest : public QObject
     QString page() const
     {
         QString result;
-        const auto mark = [&result](bool on, const QString& text) {
-            result += on ? text : QString();
-        };
+        const auto mark = [&result](bool on, const QString& text) { result += on ? text : QString(); };
         for (int i = 0; i < runs().size(); ++i) {
             const QTextCharFormat format = runs()[i].format;
             const QTextCursor cursor = runs()[i].select(*editor()->document());

@@ -162,9 +162,7 @@ private slots:
         }
         QVERIFY(scaleToWidth(QImage(), 384).isNull());
         QVERIFY(scaleToWidth(numbered({4000, 1}), 384).isNull());
-        const auto oneRowShort = [](int, int count, int&) {
-            return QImage(10, count - 1, QImage::Format_RGB32);
-        };
+        const auto oneRowShort = [](int, int count, int&) { return QImage(10, count - 1, QImage::Format_RGB32); };
         QVERIFY(scaleInStrips({10, 10}, 20, 4, oneRowShort).isNull());
     }
 

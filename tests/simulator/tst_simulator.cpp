@@ -1,6 +1,8 @@
 #include "simulator/simulated_port.h"
 #include "tests/device/port_calls.h"
 
+#include <QFile>
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <future>
@@ -14,7 +16,7 @@ namespace {
 const auto unhex = QByteArray::fromHex;
 constexpr quint32 kKey1 = 0x77073096U;
 
-// Frames are made by the printer's own code, which tst_protocol_document holds against bytes typed by hand.
+// Frames are made by the printer's own code, which examples() holds against bytes typed by hand.
 QByteArray command(quint8 code, const char* payload = "0000", quint32 key = kPowerOnKey, quint8 tag = 0)
 {
     return sealedFrame(code, tag, unhex(payload), key);
@@ -62,6 +64,37 @@ private slots:
     {
         m_printer.reset();
         QCOMPARE(open(), 0);
+    }
+
+    /// Every example of docs/protocol.md in a block marked "hex" is played against a printer just switched on: lines that
+    /// begin with ">" are sent, lines that begin with "<" have to be the replies, indented lines go on.
+    void examples_data()
+    {
+        QTest::addColumn<QStringList>("transfers");
+        QFile document(PROTOCOL_DOCUMENT);
+        QVERIFY(document.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(document.readAll());
+        auto block = QRegularExpression("```hex\n([^`]*)").globalMatch(text);
+        for (int number = 1; block.hasNext(); ++number) {
+            const QString transfers = block.next().captured(1).replace("\n ", " ");
+            QTest::addRow("example %d", number) << transfers.split('\n', Qt::SkipEmptyParts);
+        }
+    }
+
+    void examples()
+    {
+        QFETCH(QStringList, transfers);
+        SimulatedPrinter printer;
+        for (const QString& transfer : qAsConst(transfers)) {
+            const QByteArray bytes = QByteArray::fromHex(transfer.mid(1).toLatin1());
+            if (transfer.startsWith('>'))
+                printer.receive(reinterpret_cast<const unsigned char*>(bytes.constData()), bytes.size());
+            else
+                QCOMPARE(printer.takeTransfer(4096).toHex(' '), bytes.toHex(' '));
+        }
+        QCOMPARE(printer.takeTransfer(4096), QByteArray());
+        QCOMPARE(printer.report().skippedBytes, 0);
+        QCOMPARE(printer.report().crcErrors, 0);
     }
 
     void streams_data()
@@ -145,6 +178,7 @@ private slots:
         QCOMPARE(m_printer.paper().size(), moves ? QSize(lineBytes * 8, 36) : QSize(0, 0));
         QCOMPARE(bits(m_printer.paper()).left(4 * lineBytes), moves ? picture : QByteArray());
         QCOMPARE(bits(m_printer.paper(4)).count('\xff'), moves ? 2 * lineBytes + 30 * lineBytes / 2 : 0);
+        QCOMPARE(m_printer.lookAtPaper(0, 1).headDots, lineBytes * 8);
         QCOMPARE(m_printer.report().fedLines, moves ? 2 : 0);
         QCOMPARE(m_printer.report().feeds, (QVector<int>{2, 0}));
         m_printer.setCondition(Condition::Ready);
@@ -174,11 +208,13 @@ private slots:
         QCOMPARE(write(kFeed2), -9);
         QCOMPARE(read(5), kFeed2.left(5)); // what was answered before can still be read
         QCOMPARE(read(), kFeed2.mid(5) + kFeed2);
+        const qint64 lastNumber = m_printer.frames().last().number;
         m_printer.reset();
         QCOMPARE(read(), QByteArray("-4")); // the connection of before
         QCOMPARE(write(kFeed2), -4);
         QCOMPARE(prepare(), 0);
         QCOMPARE(write(kFeed2 + kSetKey1), 0);
+        QCOMPARE(m_printer.frames().first().number, lastNumber + 1); // no number comes twice
         m_printer.unplug();
         m_printer.plugIn();
         QCOMPARE(m_printer.report().key, kPowerOnKey);
@@ -202,22 +238,6 @@ private slots:
         QCOMPARE(bits(roll.picture(2499998, 3)), QByteArray(96, static_cast<char>(2499)) + QByteArray(48, '\0'));
         QCOMPARE(bits(roll.picture(0, 1)), QByteArray(48, static_cast<char>(1500))); // the oldest that is left
         QVERIFY(roll.picture(2499998, 0).isNull());
-    }
-
-    void whatWatchersAsk()
-    {
-        const int roll = m_printer.lookAtPaper(0, 0).roll;
-        write(kFeed2 + print(twoLines(48)) + kFeed2);
-        const PaperLook look = m_printer.lookAtPaper(1, 3);
-        QCOMPARE(bits(look.picture), QByteArray(48, '\0') + twoLines(48));
-        QVERIFY(look.firstLine == 1 && look.lineCount == 6 && look.firstKeptLine == 0 && look.headDots == 384);
-        const qint64 number = m_printer.frames().last().number;
-        QCOMPARE(m_printer.frames(number).size(), 1);
-        m_printer.reset();
-        QCOMPARE(m_printer.lookAtPaper(0, 0).roll, roll + 1);
-        open();
-        write(kFeed2);
-        QCOMPARE(m_printer.frames().value(0).number, number + 1); // no number comes twice
     }
 
     /// A job, and somebody who asks whether the printer lives and reads what it says: nothing mixes or gets lost.

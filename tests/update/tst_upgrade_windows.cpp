@@ -48,15 +48,11 @@ class UpgradeWindowsTest : public QObject
     static QString update(UpgradeAppWindow& window, Qt::Key answer)
     {
         QString proposed;
-        QTimer timer;
-        connect(&timer, &QTimer::timeout, &window, [&] {
-            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-                timer.stop();
-                proposed = dialog->windowTitle() + " " + dialog->selectedFiles().value(0);
-                QTest::keyClick(dialog->findChild<QLineEdit*>(), answer);
-            }
+        QTimer::singleShot(0, &window, [&] { // once the dialog is open
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            proposed = dialog->windowTitle() + " " + dialog->selectedFiles().value(0);
+            QTest::keyClick(dialog->findChild<QLineEdit*>(), answer);
         });
-        timer.start(20);
         click(&window, "buttonUpdate");
         return proposed;
     }

@@ -1,7 +1,10 @@
+#ifdef ON_USB_BUS
+#include "simulator/usb/virtual_usb_printer.h"
+#endif
+
 #include "device/port.h"
 #include "device/printer_read_thread.h"
 #include "tests/device/printer_fixture.h"
-#include "tests/usb/bench.h"
 #include "tests/usb/job_pattern.h"
 
 #include <QDir>
@@ -11,7 +14,12 @@
 
 namespace {
 
-const int kCycles = kOverUsb ? 150 : 30;
+#ifdef ON_USB_BUS
+constexpr bool kOverUsb = true;
+#else
+constexpr bool kOverUsb = false;
+#endif
+constexpr int kCycles = kOverUsb ? 150 : 30;
 constexpr int kWarmUp = 20;
 constexpr int kShortJob = 4 * (1008 + 10) + 5 * 48 + 10; // bytes on the wire of 89 lines of the narrow head
 
@@ -52,9 +60,7 @@ class ScenariosTest : public QObject
     void defineSteps()
     {
         const auto check = [this](const char* word, std::function<bool(int)> passes) {
-            m_steps[word] = [=](const QByteArray& argument) {
-                return passes(argument.toInt());
-            };
+            m_steps[word] = [=](const QByteArray& argument) { return passes(argument.toInt()); };
         };
         const auto deed = [=](const char* word, std::function<void(int)> act) {
             check(word, [=](int number) { return act(number), true; });
@@ -78,9 +84,7 @@ class ScenariosTest : public QObject
         check("up", [](int) { return printerConnection()->connectUsb(); });
         check("down", [this](int) { return isDown(); });
         check("ask", [](int) { return printerConnection()->sendCommand(CommandGetModel) > 0; });
-        m_steps["read"] = [this](const QByteArray& expected) {
-            return hasRead(expected);
-        };
+        m_steps["read"] = [this](const QByteArray& expected) { return hasRead(expected); };
         check("drain", [this](int bytes) { return hasDrained(bytes); });
         check("print", [this](int lines) { return isPrinted(lines); });
         check("fail", [this](int lines) { return isCutOff(lines); });
@@ -152,7 +156,9 @@ class ScenariosTest : public QObject
 private slots:
     void initTestCase()
     {
-        startBench();
+#ifdef ON_USB_BUS
+        static VirtualUsbPrinter bus(m_printer); // until the port has let go of it
+#endif
         defineSteps();
     }
 
@@ -165,9 +171,7 @@ private slots:
     void scenario_data()
     {
         QTest::addColumn<QByteArray>("steps");
-        const auto row = [](const char* name, const QByteArray& steps) {
-            QTest::newRow(name) << steps;
-        };
+        const auto row = [](const char* name, const QByteArray& steps) { QTest::newRow(name) << steps; };
         row("first connection", "up keys=1 read=33,K1 read=-7 print=89 keys=1");
         row("no device", "unplug down down fail=89 keys=0 plug up print=89");
         row("model K2", "K2 up read=33,K2 print=89");

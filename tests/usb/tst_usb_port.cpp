@@ -34,7 +34,7 @@ void keepLine(const char* line)
 QString takeLog()
 {
     const std::lock_guard<std::mutex> lock(s_logMutex);
-    const QString lines = s_log.join('\n');
+    QString lines = s_log.join('\n');
     s_log.clear();
     return lines;
 }
@@ -157,15 +157,9 @@ private slots:
     /// The first failure of a kind is written, with the place where it happened; the log is clear once all is well.
     void saysWhyAndHowToMend()
     {
-        const auto writes = [this] {
-            return write(frameOf('a'));
-        };
-        const auto reads = [this] {
-            return std::min(read().toInt(), 0);
-        };
-        const auto prepares = [this] {
-            return prepare();
-        };
+        const auto writes = [this] { return write(frameOf('a')); };
+        const auto reads = [this] { return std::min(read().toInt(), 0); };
+        const auto prepares = [this] { return prepare(); };
         const auto isRefusedTheNode = [this] {
             const Unprivileged person;
             return prepare();

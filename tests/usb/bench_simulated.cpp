@@ -1,5 +1,0 @@
-#include "tests/usb/bench.h"
-
-void startBench() {}
-
-const bool kOverUsb = false;
