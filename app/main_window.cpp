@@ -37,7 +37,7 @@ constexpr int kVanishMs = 200;      ///< until the desktop has painted what was 
 MainWindow::MainWindow(QWidget* parent)
     : QWidget(parent, Qt::Window) // a window of its own, also when the welcome window made it
     , ui(std::make_unique<Ui::MainWindow>())
-    , menuBar(std::make_unique<QMenuBar>())
+    , m_menuBar(std::make_unique<QMenuBar>())
 {
     setWindowFlag(Qt::WindowMaximizeButtonHint, false);
     setFixedSize(width(), height());
@@ -53,7 +53,7 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::buildMenu()
 {
-    QMenu* menu = menuBar->addMenu(QString());
+    QMenu* menu = m_menuBar->addMenu(QString());
     QAction* about = menu->addAction(QString());
     about->setShortcut(QKeySequence(QStringLiteral("Ctrl+M")));
     connect(about, &QAction::triggered, this, &MainWindow::onMenuAboutClicked);
@@ -66,7 +66,7 @@ void MainWindow::buildMenu()
 
 void MainWindow::retranslateMenu()
 {
-    QAction* menu = menuBar->actions().constFirst();
+    QAction* menu = m_menuBar->actions().constFirst();
     menu->setText(tr("关于"));
     menu->menu()->actions().constFirst()->setText(tr("关于羽毛盒"));
     menu->menu()->actions().constLast()->setText(tr("检查更新"));

@@ -88,6 +88,8 @@ private:
     void createPages();
     void connectButtons();
 
+    // The window's members have had these names for as long as there is a window.
+    // NOLINTBEGIN(readability-identifier-naming)
     const std::unique_ptr<Ui::MainWindow> ui;
     EditMainWindow* editWindow = nullptr;
     PrintPreviewWindow* previewWindow = nullptr;
@@ -99,6 +101,7 @@ private:
     QString lastImageDir;
     ProgressCatRunningDialog* connectingDialog = nullptr; ///< made anew for each connecting phase
     bool deviceBusy = false;                              ///< the connecting dialog is up
+    // NOLINTEND(readability-identifier-naming)
 
-    const std::unique_ptr<QMenuBar> menuBar; ///< placed nowhere, so nothing in it can be reached
+    const std::unique_ptr<QMenuBar> m_menuBar; ///< placed nowhere, so nothing in it can be reached
 };

@@ -8,4 +8,4 @@
 /// @return  null when the file cannot be read or is no picture
 QImage loadPicture(const QString& file);
 
-constexpr qint64 kMostPixels = 64 * 1000 * 1000;
+constexpr qint64 kMostPixels = qint64{64} * 1000 * 1000;

@@ -25,7 +25,7 @@ class BaseApi : public QObject
 
 public:
     /// A longer reply is given up and counts as a network error.
-    static constexpr qint64 kLongestReplyBytes = 64 * 1024 * 1024;
+    static constexpr qint64 kLongestReplyBytes = qint64{64} * 1024 * 1024;
 
     explicit BaseApi(QObject* parent = nullptr);
     ~BaseApi() override;

@@ -8,7 +8,7 @@ else()
     # Pictures are exact to the bit, so products and sums may not be fused, and 32-bit builds must not
     # compute in the x87's 80-bit registers.
     target_compile_options(quillbox_build_flags INTERFACE
-        -Wall -Wextra -Wshadow -Wconversion -ffp-contract=off $<$<BOOL:${QUILLBOX_WERROR}>:-Werror>)
+        -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -ffp-contract=off $<$<BOOL:${QUILLBOX_WERROR}>:-Werror>)
     if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
         target_compile_options(quillbox_build_flags INTERFACE -msse2 -mfpmath=sse)
     endif()

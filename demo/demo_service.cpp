@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr qint64 kInstallerBytes = 12 * 1024 * 1024;
-constexpr qint64 kBytesPerSecond = 2 * 1024 * 1024;
+constexpr qint64 kInstallerBytes = qint64{12} * 1024 * 1024;
+constexpr qint64 kBytesPerSecond = qint64{2} * 1024 * 1024;
 
 const char* const kNotes = "羽毛盒 V1.1.0\n"
                            "· 打印前可以预览整页\n"

@@ -1,4 +1,4 @@
-# Shared by scripts/run and scripts/test; sourced, not run.
+# Shared by the other scripts; sourced, not run.
 
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -49,6 +49,9 @@ install_missing() {
 build_packages=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n zlib1g-dev
     libusb-1.0-0-dev libssl-dev libcpp-httplib-dev)
 run_packages=(fonts-noto-cjk fonts-dejavu-core qt5-image-formats-plugins)
+test_packages=("${run_packages[@]}" clang-format-14 xvfb openbox x11-utils xdotool desktop-file-utils appstream umockdev
+    libumockdev-dev pkg-config)
+asan_packages=(clang-14 libclang-rt-14-dev llvm libbenchmark-dev) # llvm names the functions of a report
 
 # configure_and_build <preset> <build folder> [cmake arguments…]
 configure_and_build() {

@@ -79,9 +79,9 @@ QImage PaperRoll::picture(qint64 firstLine, int lines) const
     for (const Run& run : m_runs) {
         if (run.kind != Kind::Blank) {
             for (int line = std::max(from, runStart); line < std::min(end, runStart + run.lines); ++line)
-                std::memcpy(picture.scanLine(line - from), dots + (line - runStart) * m_lineBytes,
+                std::memcpy(picture.scanLine(line - from), dots + qptrdiff{line - runStart} * m_lineBytes,
                             static_cast<std::size_t>(m_lineBytes));
-            dots += run.lines * m_lineBytes;
+            dots += qptrdiff{run.lines} * m_lineBytes;
         }
         runStart += run.lines;
         if (runStart >= end)

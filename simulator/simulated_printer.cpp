@@ -212,7 +212,7 @@ QByteArray SimulatedPrinter::takeTransfer(int capacity)
 QByteArray SimulatedPrinter::takeOldest(int capacity)
 {
     QByteArray& oldest = m_replies.front();
-    const QByteArray bytes = oldest.left(capacity);
+    QByteArray bytes = oldest.left(capacity);
     oldest.remove(0, bytes.size());
     if (oldest.isEmpty())
         m_replies.pop_front();

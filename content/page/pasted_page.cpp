@@ -44,7 +44,7 @@ QString addPicture(QTextDocument& page, const QImage& picture)
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(QByteArray::number(picture.width()));
     hash.addData(bits, static_cast<int>(picture.sizeInBytes()));
-    const QString name = QStringLiteral("pasted_image_") + QString::fromLatin1(hash.result().toHex());
+    QString name = QStringLiteral("pasted_image_") + QString::fromLatin1(hash.result().toHex());
     page.addResource(QTextDocument::ImageResource, QUrl(name), picture);
     return name;
 }

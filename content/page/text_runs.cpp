@@ -105,9 +105,9 @@ qreal pointSize(const QTextCharFormat& format, const QFont& defaultFont)
     if (format.hasProperty(QTextFormat::FontPointSize) || !format.hasProperty(QTextFormat::FontSizeAdjustment))
         return given;
     // HTML's steps small … xx-large, -1 … 4 around the default size.
-    static constexpr std::array<qreal, 7> kFactors = {0.7, 0.8, 1.0, 1.2, 1.5, 2.0, 2.4};
+    static constexpr qreal kFactors[] = {0.7, 0.8, 1.0, 1.2, 1.5, 2.0, 2.4};
     const int step = qBound(-2, format.intProperty(QTextFormat::FontSizeAdjustment), 4);
-    return defaultFont.pointSizeF() * kFactors[static_cast<std::size_t>(step + 2)];
+    return defaultFont.pointSizeF() * kFactors[step + 2];
 }
 
 void setPointSize(QTextCharFormat& format, qreal points)

@@ -14,7 +14,7 @@ namespace {
 constexpr char kHost[] = "127.0.0.1";
 constexpr char kInstaller[] = "/installer.exe";
 constexpr char kBinary[] = "application/octet-stream";
-constexpr qint64 kPieceBytes = 64 * 1024;
+constexpr qint64 kPieceBytes = qint64{64} * 1024;
 constexpr int kPiecesPerSecond = 20; ///< of a slow installer
 
 QByteArray bytes(const std::string& text)
