@@ -11,7 +11,8 @@ class PrinterWin;
 /// Prints one picture a run: turns it into dots, packs them, sends them and feeds the print past the tear bar.
 ///
 /// setImage() and start() belong to the thread that owns the object. A picture that is set while a job runs waits for
-/// the next start(). A running job cannot be cancelled; destruction waits for its end without a limit.
+/// the next start(), unless another one is set before. A running job cannot be cancelled; destruction waits for its end
+/// without a limit.
 class PrinterThread : public QThread
 {
     Q_OBJECT
@@ -27,7 +28,7 @@ public:
     explicit PrinterThread(QObject* parent = nullptr);
     ~PrinterThread() override;
 
-    /// Stores the job for the next start().
+    /// Stores the job for the next start(), over one that is stored already.
     /// @param image      as wide as the head of the selected model; 32 bits a pixel are taken as blue, green, red and
     ///                   a byte that does not count, other depths are converted
     /// @param printType  a PrintType; with any other number only pure black is burnt
