@@ -42,6 +42,8 @@ MainWindow::MainWindow(QWidget* parent)
     setWindowFlag(Qt::WindowMaximizeButtonHint, false);
     setFixedSize(width(), height());
     ui->setupUi(this);
+    // Else the layout gives the window its least width again while the screen is captured, and it is in the picture.
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);
     buildMenu();
     onMenuUpdateClicked();
     createThreads();

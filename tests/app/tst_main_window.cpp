@@ -153,7 +153,7 @@ private slots:
         QTRY_VERIFY(shown<CaptureScreen>());
         const QPointer<CaptureScreen> overlay = shown<CaptureScreen>();
         QVERIFY(QTest::qWaitForWindowExposed(overlay));
-        QTRY_VERIFY(client->width() <= 1 && client->height() <= 1);
+        QVERIFY(client->width() <= 1 && client->height() <= 1);
         QVERIFY(!client->frameGeometry().intersects(selected));
         const QPoint from = overlay->mapFromGlobal(selected.topLeft());
         const QPoint to = overlay->mapFromGlobal(selected.bottomRight());
