@@ -192,6 +192,11 @@ PaperWindow::PaperWindow(SimulatedPrinter& printer, QWidget* parent)
     m_poll.start(kPollMs);
 }
 
+PaperWindow::~PaperWindow()
+{
+    m_log->verticalScrollBar()->disconnect(this); // it tells of its last range when this part is gone already
+}
+
 void PaperWindow::makeControls()
 {
     for (const ButtonRow& row : kButtons) {

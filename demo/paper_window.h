@@ -25,6 +25,7 @@ class PaperWindow : public QWidget
 public:
     /// @param printer  has to outlive the window; may be driven from other threads meanwhile
     explicit PaperWindow(SimulatedPrinter& printer, QWidget* parent = nullptr);
+    ~PaperWindow() override;
 
 signals:
     /// The person wants another language.
