@@ -13,7 +13,7 @@ namespace {
 
 const char* const kHeaders[FrameLogModel::ColumnCount] = {
     QT_TRANSLATE_NOOP("FrameLogModel", "时间"), QT_TRANSLATE_NOOP("FrameLogModel", "代码"),
-    QT_TRANSLATE_NOOP("FrameLogModel", "含义"), QT_TRANSLATE_NOOP("FrameLogModel", "标签"),
+    QT_TRANSLATE_NOOP("FrameLogModel", "含义"), QT_TRANSLATE_NOOP("FrameLogModel", "标记"),
     QT_TRANSLATE_NOOP("FrameLogModel", "长度"), QT_TRANSLATE_NOOP("FrameLogModel", "CRC")};
 
 struct CodeMeaning

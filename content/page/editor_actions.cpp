@@ -35,7 +35,7 @@ const ActionRow kRows[EditorActions::Count] = {
     {QT_TRANSLATE_NOOP("EditorActions", "左对齐"), "Ctrl+L", QKeySequence::UnknownKey, "align_left", true},
     {QT_TRANSLATE_NOOP("EditorActions", "居中"), "Ctrl+E", QKeySequence::UnknownKey, "align_center", true},
     {QT_TRANSLATE_NOOP("EditorActions", "右对齐"), "Ctrl+R", QKeySequence::UnknownKey, "align_right", true},
-    {QT_TRANSLATE_NOOP("EditorActions", "缩小字号"), "Ctrl+[; Ctrl+Shift+<", QKeySequence::UnknownKey, "smaller",
+    {QT_TRANSLATE_NOOP("EditorActions", "减小字号"), "Ctrl+[; Ctrl+Shift+<", QKeySequence::UnknownKey, "smaller",
      false},
     {QT_TRANSLATE_NOOP("EditorActions", "增大字号"), "Ctrl+]; Ctrl+Shift+>", QKeySequence::UnknownKey, "larger",
      false},

@@ -2,17 +2,21 @@
 
 #include "content/page/pasted_page.h"
 #include "content/page/picture_insertion.h"
+#include "content/page/picture_paragraphs.h"
 
 #include <QDateTime>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPalette>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -65,6 +69,41 @@ PageEditor::PageEditor(QWidget* parent)
     document()->setUndoRedoEnabled(false); // else the margin is the first thing that can be undone
     document()->setDocumentMargin(kDocumentMargin);
     document()->setUndoRedoEnabled(true);
+    connect(document(), &QTextDocument::contentsChange, this, &PageEditor::noteChange);
+    connect(document(), &QTextDocument::contentsChanged, this, &PageEditor::separatePictures);
+}
+
+void PageEditor::noteChange(int position, int removed, int added)
+{
+    Q_UNUSED(removed)
+    const int end = position + added;
+    m_changedFrom = m_changedFrom < 0 ? position : qMin(m_changedFrom, position);
+    m_changedTo = qMax(m_changedTo, end);
+}
+
+/// Each change that this makes is noted and looked at again, until there is nothing left to be done.
+void PageEditor::separatePictures()
+{
+    // What an undo brings back is left as it was, or the undo would never get any further.
+    if (m_changedFrom < 0 || document()->isRedoAvailable())
+        return;
+    const int from = std::exchange(m_changedFrom, -1);
+    const int to = std::exchange(m_changedTo, -1);
+    separateMovedPictures(*this, from, to);
+}
+
+/// Beside a picture each letter is an undo step of its own, which separatePictures() can add to.
+void PageEditor::keyPressEvent(QKeyEvent* event)
+{
+    const bool types = !event->text().isEmpty() && event->text().at(0).isPrint();
+    QTextCursor step = textCursor();
+    if (!types || !step.block().text().contains(QChar::ObjectReplacementCharacter)) {
+        QTextEdit::keyPressEvent(event);
+        return;
+    }
+    step.beginEditBlock();
+    QTextEdit::keyPressEvent(event);
+    step.endEditBlock();
 }
 
 bool PageEditor::canInsertFromMimeData(const QMimeData* source) const

@@ -1,6 +1,7 @@
 #include "content/page/picture_insertion.h"
 
 #include "content/page/page_scaling.h"
+#include "content/page/picture_paragraphs.h"
 
 #include <QDebug>
 #include <QScrollBar>
@@ -55,9 +56,12 @@ bool insertPicture(QTextEdit& editor, const QImage& picture, qint64 secondsSince
     document->addResource(QTextDocument::ImageResource, url, fitted);
     if (replaces)
         document->markContentsDirty(0, document->characterCount()); // the earlier picture may change its height
+    const QTextCharFormat text = editor.currentCharFormat();
     QTextCursor cursor = editor.textCursor();
-    cursor.insertImage(formatLikeText(editor.currentCharFormat(), name));
+    insertPictureParagraph(cursor, formatLikeText(text, name));
     editor.setTextCursor(cursor);
+    if (cursor.atBlockEnd()) // what is typed below looks like the text above
+        editor.setCurrentCharFormat(text);
     editor.ensureCursorVisible();
     return true;
 }

@@ -13,7 +13,7 @@ QString pictureName(qint64 secondsSinceEpoch);
 /// Width that an inserted picture gets: that of the viewport less the vertical scroll bar's width in millimetres.
 int pictureWidth(const QTextEdit& editor);
 
-/// Scales a picture up or down to pictureWidth() and inserts it at the editor's cursor, in place of a selection.
-/// What is typed behind it continues the text before it.
+/// Scales a picture up or down to pictureWidth() and inserts it at the editor's cursor, in place of a selection, as
+/// a paragraph of its own. What is typed below it looks like the text before it. One undo step.
 /// @return false for a null picture and one of which nothing is left at that width; the page is then unchanged
 bool insertPicture(QTextEdit& editor, const QImage& picture, qint64 secondsSinceEpoch);

@@ -47,7 +47,7 @@
 <context>
     <name>CaptureScreenWindow</name>
     <message>
-        <source>下载</source>
+        <source>保存</source>
         <translation>Save</translation>
     </message>
     <message>
@@ -63,7 +63,7 @@
     <name>CommandSender</name>
     <message>
         <source>正在发送，打印机不接收时窗口约 10 秒没有响应</source>
-        <translation>Sending. The window waits, for about 10 s at most</translation>
+        <translation>Sending; the window may not respond for up to 10 s</translation>
     </message>
 </context>
 <context>
@@ -132,7 +132,7 @@
         <translation>Align right</translation>
     </message>
     <message>
-        <source>缩小字号</source>
+        <source>减小字号</source>
         <translation>Smaller text</translation>
     </message>
     <message>
@@ -240,11 +240,11 @@
     </message>
     <message>
         <source>正确</source>
-        <translation>Right</translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>✗ 错误</source>
-        <translation>✗ Wrong</translation>
+        <translation>✗ Bad</translation>
     </message>
     <message>
         <source>CRC 与数据不符，打印机忽略了这一帧</source>
@@ -263,7 +263,7 @@
         <translation>Meaning</translation>
     </message>
     <message>
-        <source>标签</source>
+        <source>标记</source>
         <translation>Tag</translation>
     </message>
     <message>
@@ -279,7 +279,7 @@
     <name>LanguageWindow</name>
     <message>
         <source>Form</source>
-        <translation>Form</translation>
+        <translation>Language</translation>
     </message>
     <message>
         <source>中文</source>
@@ -342,7 +342,8 @@
     </message>
     <message>
         <source>设备连接中,请稍后...</source>
-        <translation>Connecting...</translation>
+        <translation>Connecting to
+the printer…</translation>
     </message>
 </context>
 <context>
@@ -357,11 +358,11 @@
     </message>
     <message>
         <source>换上一台 Quillbox_K1：每行 384 点，宽 48 毫米</source>
-        <translation>Put in a Quillbox_K1: 384 dots a line, 48 mm wide</translation>
+        <translation>Switch to a Quillbox_K1: 384 dots a line, 48 mm wide</translation>
     </message>
     <message>
         <source>换上一台 Quillbox_K2：每行 576 点，宽 72 毫米</source>
-        <translation>Put in a Quillbox_K2: 576 dots a line, 72 mm wide</translation>
+        <translation>Switch to a Quillbox_K2: 576 dots a line, 72 mm wide</translation>
     </message>
     <message>
         <source>USB 已插入</source>
@@ -405,7 +406,7 @@
     </message>
     <message>
         <source>把显示的纸保存为 PNG 图片</source>
-        <translation>Save the paper on show as a PNG picture</translation>
+        <translation>Save the paper shown as a PNG picture</translation>
     </message>
     <message>
         <source>撕下</source>
@@ -413,7 +414,7 @@
     </message>
     <message>
         <source>撕下显示的纸，从新的一张开始</source>
-        <translation>Tear off the paper on show and begin a new sheet</translation>
+        <translation>Tear off the paper shown and begin a new sheet</translation>
     </message>
     <message>
         <source>缩小</source>
@@ -457,7 +458,7 @@
     </message>
     <message>
         <source>正确的帧 %1</source>
-        <translation>Frames %1</translation>
+        <translation>Correct frames %1</translation>
     </message>
     <message>
         <source>CRC 错误 %1</source>
@@ -532,14 +533,14 @@ Write something in the editor and press Print; it comes out here.</translation>
 1.检查设备是否开启
 2.检查设备是否连接
 3.重新插拔USB</source>
-        <translation>The connection failed. Please try this:
+        <translation>Could not connect. Please:
 1. Check that the device is on
 2. Check that it is connected
-3. Plug the USB cable in anew</translation>
+3. Unplug the USB cable and plug it in again</translation>
     </message>
     <message>
         <source>连接失败,重新启动APP</source>
-        <translation>The connection failed. Please restart the app.</translation>
+        <translation>Could not connect. Please restart the app.</translation>
     </message>
 </context>
 <context>
@@ -780,7 +781,7 @@ Write something in the editor and press Print; it comes out here.</translation>
     </message>
     <message>
         <source>立即更新</source>
-        <translation>Update Now</translation>
+        <translation>Update now</translation>
     </message>
     <message>
         <source>更新版本:</source>
@@ -788,14 +789,14 @@ Write something in the editor and press Print; it comes out here.</translation>
     </message>
     <message>
         <source>save file</source>
-        <translation>Save File</translation>
+        <translation>Save file</translation>
     </message>
 </context>
 <context>
     <name>UpgradeDialog</name>
     <message>
         <source>羽毛盒版本升级</source>
-        <translation>Quillbox Update</translation>
+        <translation>Quillbox update</translation>
     </message>
     <message>
         <source>下载中，请稍后</source>
@@ -811,7 +812,7 @@ Write something in the editor and press Print; it comes out here.</translation>
     </message>
     <message>
         <source>参数错误</source>
-        <translation>Parameter error</translation>
+        <translation>The address or the file name is missing</translation>
     </message>
     <message>
         <source>%1/秒</source>

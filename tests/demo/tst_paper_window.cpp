@@ -169,7 +169,7 @@ private slots:
         QCoreApplication::installTranslator(&english);
         QCoreApplication::processEvents();
         QCOMPARE(m_log->rowCount(), 17);
-        QCOMPARE(row(0), QString("0x1a Feed paper 0 2 ✗ Wrong"));
+        QCOMPARE(row(0), QString("0x1a Feed paper 0 2 ✗ Bad"));
         QCOMPARE(m_log->headerData(FrameLogModel::Meaning, Qt::Horizontal).toString(), QString("Meaning"));
         QVERIFY(m_paper->grab(hint.rect()).toImage() != hint && cells.size() == 1);
         printUpTo(FrameLogModel::kKeptRows);

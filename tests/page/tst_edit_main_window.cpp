@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextEdit>
 #include <QToolButton>
 #include <QtTest>
@@ -85,6 +86,20 @@ class EditMainWindowTest : public QObject
         }
     }
 
+    /// The paragraphs of the page, a picture as #, an item of a list behind -.
+    QString paragraphs() const
+    {
+        QStringList result;
+        for (QTextBlock block = editor()->document()->begin(); block.isValid(); block = block.next())
+            result += (block.textList() ? "-" : "") + block.text().replace(QChar::ObjectReplacementCharacter, '#');
+        return result.join('|');
+    }
+
+    qreal height() const
+    {
+        return editor()->document()->size().height() - 2 * editor()->document()->documentMargin();
+    }
+
 private slots:
     void initTestCase()
     {
@@ -143,6 +158,55 @@ private slots:
             QCOMPARE(picture(0).size(), source.scaledToWidth(width).size());
             QCOMPARE(picture(0).devicePixelRatio(), 1.0);
         }
+    }
+
+    void picturesStandAlone_data()
+    {
+        QTest::addColumn<QString>("html");
+        QTest::addColumn<QString>("steps"); // the last one is undone and done again
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const QString& html, const QString& steps, const QString& expected) {
+            QTest::newRow(qPrintable(html + steps)) << html << steps << expected;
+        };
+        row("", "+", "#|");
+        row("", "+ + +", "#|#|#|");
+        row("", "'ab +", "ab|#|");
+        row("", "'ab Home +", "#|ab");
+        row("", "'abcd Left Left +", "ab|#|cd");
+        row("", "'abcd Left Shift+Left +", "ab|#|d");
+        row("", "+ Up 'a", "a|#|"); // text in front of a picture
+        row("", "+ Up 'a 'b", "ab|#|");
+        row("", "'ab + Backspace", "ab|#");
+        row("<ul><li>one</li><li>two</li></ul>", "Ctrl+End +", "-one|-two|#|-");
+        row("<ul><li>one</li><li>two</li></ul>", "Ctrl+End Left +", "-one|-tw|#|-o");
+        row("<p style='margin-left:50px; line-height:10px'>ab</p>", "Ctrl+End +", "ab|#|");
+        row("<img src='data:,P1 1 1 1'> ab", "Home +", "#|# ab"); // a small one stays in its line
+        row("<table><tr><td>ab</td><td>cd</td></tr></table>", "Right Right +", "|a|#|b|cd|");
+    }
+
+    /// The page is as high as its parts, which a picture in a line of text would tear apart.
+    void picturesStandAlone()
+    {
+        QFETCH(QString, html);
+        QFETCH(QString, steps);
+        perform("'x");
+        const qreal lineHeight = height();
+        editor()->clear();
+        m_window->slotsInsertImage(filled(9, 9));
+        const qreal pictureHeight = height() - lineHeight;
+        editor()->setHtml(html);
+        perform(steps.section(' ', 0, -2));
+        const QString before = paragraphs();
+        perform(steps.section(' ', -1));
+        QTEST(paragraphs(), "expected");
+        if (html.isEmpty()) {
+            const int pictures = paragraphs().count('#');
+            QCOMPARE(height(), pictures * pictureHeight + (paragraphs().split('|').size() - pictures) * lineHeight);
+        }
+        perform("Ctrl+Z");
+        QCOMPARE(paragraphs(), before);
+        perform("Ctrl+Y");
+        QTEST(paragraphs(), "expected");
     }
 
     void picturesOfOneSecond()
