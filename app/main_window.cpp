@@ -4,6 +4,7 @@
 #include "app/dialogs/about_quillbox_dialog.h"
 #include "app/dialogs/progress_cat_running_dialog.h"
 #include "app/globals/model.h"
+#include "app/globals/sheet_model.h"
 #include "app/globals/trace.h"
 #include "app/picture_file.h"
 #include "cloud/get_sw_version_api.h"
@@ -210,6 +211,7 @@ void MainWindow::onAnalysisSuccess(unsigned char pkgTag, QString text)
 {
     if (pkgTag != ReplyModel)
         return;
+    sheetModel().choose(text);
     if (takeReportedModel(text))
         onDeviceInitTimeout();
     trace(QStringLiteral("CRCKEY Set Success"));

@@ -1,6 +1,7 @@
 #include "app/start_up.h"
 
 #include "app/globals/settings.h"
+#include "app/globals/sheet_model.h"
 #include "app/globals/trace.h"
 
 #include <QApplication>
@@ -34,4 +35,5 @@ void startUp(QSettings& settings)
     loadInstallationId(settings);
     trace(QStringLiteral("UUID") + g_uuid);
     installChinese(storedLanguage(settings));
+    sheetModel().load(settings);
 }

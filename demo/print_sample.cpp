@@ -1,6 +1,7 @@
 #include "demo/print_sample.h"
 
 #include "app/globals/model.h"
+#include "app/globals/sheet_model.h"
 #include "content/page/edit_main_window.h"
 #include "demo/sample_page.h"
 #include "device/packet_analysis.h"
@@ -48,6 +49,7 @@ bool connectPrinter()
         if (!trace.isWhole() || trace.code != ReplyModel)
             return false;
         takeReportedModel(trace.report->text);
+        sheetModel().choose(trace.report->text);
         return true;
     });
 }

@@ -5,11 +5,14 @@
 
 #include <QTextCursor>
 #include <QTextEdit>
+#include <QTextTable>
+
+#include <iterator>
 
 namespace {
 
 constexpr int kTitleSize = 28; ///< points
-constexpr int kTextSize = 17;
+constexpr int kTextSize = 15;
 constexpr int kSmallSize = 14;
 
 QTextCharFormat style(int pointSize, bool bold = false, bool italic = false)
@@ -43,28 +46,43 @@ void writeHeading(QTextCursor& cursor)
     writeLine(cursor, Qt::AlignHCenter, QStringLiteral("2026-11-24  18:32   桌号 Table 7"), style(kSmallSize));
 }
 
+/// A table, whose amounts stand at the right edge of either sheet.
 void writeBill(QTextCursor& cursor)
 {
     struct Line
     {
-        const char* text;
+        const char* what;
+        const char* amount;
         bool bold;
     };
     static const Line lines[] = {
-        {"龙井茶  Green tea  × 2\t¥ 36.00", false},
-        {"桂花糕  Osmanthus cake\t¥ 18.00", false},
-        {"炒面  Fried noodles\t¥ 28.00", false},
-        {"合计 Total\t¥ 82.00", true},
+        {"龙井茶  Green tea  × 2", "¥ 36.00", false},
+        {"桂花糕  Osmanthus cake", "¥ 18.00", false},
+        {"炒面  Fried noodles", "¥ 28.00", false},
+        {"合计 Total", "¥ 82.00", true},
     };
-    QTextBlockFormat block = aligned(Qt::AlignLeft);
-    block.setTabPositions({QTextOption::Tab(568, QTextOption::RightTab)});
-    block.setTopMargin(4);
-    for (const Line& line : lines) {
-        cursor.setBlockFormat(block);
-        cursor.insertText(QString::fromUtf8(line.text), style(kTextSize, line.bold));
-        cursor.insertBlock();
-    }
+    QTextTableFormat format;
+    format.setBorder(0);
+    format.setCellSpacing(0);
+    format.setCellPadding(2);
+    format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
     cursor.setBlockFormat(QTextBlockFormat());
+    QTextTable* bill = cursor.insertTable(static_cast<int>(std::size(lines)), 2, format);
+    for (int row = 0; row < bill->rows(); ++row) {
+        const Line& line = lines[row];
+        bill->cellAt(row, 0).firstCursorPosition().insertText(QString::fromUtf8(line.what),
+                                                              style(kTextSize, line.bold));
+        QTextTableCell cell = bill->cellAt(row, 1);
+        QTextTableCellFormat place;
+        place.setVerticalAlignment(
+            QTextCharFormat::AlignBottom); // on the line of the Chinese beside it, which is taller
+        cell.setFormat(place);
+        QTextCursor amount = cell.firstCursorPosition();
+        amount.setBlockFormat(aligned(Qt::AlignRight));
+        amount.insertText(QString::fromUtf8(line.amount), style(kTextSize, line.bold));
+    }
+    cursor = bill->lastCursorPosition();
+    cursor.movePosition(QTextCursor::NextBlock);
 }
 
 } // namespace
@@ -79,7 +97,6 @@ void composeSamplePage(EditMainWindow& page)
     page.slotsInsertImage(landscapePicture(QSize(640, 400)));
 
     cursor = editor->textCursor();
-    cursor.insertBlock();
     writeLine(cursor, Qt::AlignLeft, QStringLiteral("今天的湖很安静，山像一幅画。"), style(kTextSize));
     writeLine(cursor, Qt::AlignLeft, QStringLiteral("A still lake, and hills like a painting."),
               style(kTextSize, false, true));

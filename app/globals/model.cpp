@@ -19,9 +19,14 @@ bool takeReportedModel(const QString& name)
     return true;
 }
 
+int headWidth(int index)
+{
+    return index == kWiderHead ? kHeadWidthK2 : kHeadWidthK1;
+}
+
 int printHeadWidth()
 {
-    return g_modelIndex == kWiderHead ? kHeadWidthK2 : kHeadWidthK1;
+    return headWidth(g_modelIndex);
 }
 
 QString modelName(int index)

@@ -19,7 +19,10 @@ extern std::atomic<bool> g_modelConfirmed;
 /// @return whether the name counted
 bool takeReportedModel(const QString& name);
 
-/// Dots in one printed line: 576 for model index 1, 384 for every other value.
+/// Dots in one line of a model's head: 576 for model index 1, 384 for every other value.
+int headWidth(int index);
+
+/// headWidth() of the device that is driven.
 int printHeadWidth();
 
 /// "Quillbox_K1" for 0, "Quillbox_K2" for 1, else empty.

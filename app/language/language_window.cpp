@@ -2,6 +2,7 @@
 
 #include "app/globals/model.h"
 #include "app/globals/settings.h"
+#include "app/globals/sheet_model.h"
 #include "ui_language_window.h"
 
 #include <QComboBox>
@@ -38,6 +39,9 @@ LanguageWindow::LanguageWindow(QWidget* parent)
     connect(m_ui->buttonEnglish, &QPushButton::clicked, this, &LanguageWindow::slotsTrEn_WW);
     connect(m_ui->comboBoxDevices, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &LanguageWindow::slotsCBDevicesIndexChanged);
+    // The model that the box shows already counts as well: what it shows is the one that is driven.
+    connect(m_ui->comboBoxDevices, QOverload<int>::of(&QComboBox::activated), this,
+            [](int index) { sheetModel().choose(modelName(index)); });
 }
 
 LanguageWindow::~LanguageWindow() = default;

@@ -1,6 +1,7 @@
 #include "content/page/edit_main_window.h"
 
 #include "app/globals/model.h"
+#include "app/globals/sheet_model.h"
 #include "app/widgets/light_palette.h"
 #include "content/page/editor_actions.h"
 #include "content/page/page_editor.h"
@@ -20,6 +21,8 @@
 namespace {
 
 constexpr int kInitialPointSize = 20;
+// Stems and steps from letter to letter of whole dots: else one letter prints in several shapes and weights.
+constexpr QFont::HintingPreference kSheetHinting = QFont::PreferFullHinting;
 
 const char kToolBarStyle[] = R"(
 QToolBar { background: #fdffff; border: none; border-bottom: 1px solid #dfdfdf; spacing: 2px; padding: 1px 6px; }
@@ -55,6 +58,7 @@ EditMainWindow::EditMainWindow(QWidget* parent)
     connect(m_fontAction, &QAction::triggered, this, &EditMainWindow::chooseFont);
     m_editor->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_editor, &QWidget::customContextMenuRequested, this, &EditMainWindow::showContextMenu);
+    connect(&sheetModel(), &SheetModel::changed, this, [this] { m_editor->setSheetWidth(sheetModel().widthDots()); });
     retranslate();
 }
 
@@ -81,6 +85,7 @@ void EditMainWindow::initFont()
 {
     QFont font = m_currentFont;
     font.setPointSize(kInitialPointSize);
+    font.setHintingPreference(kSheetHinting);
     m_editor->setFont(font); // also for lines that lose their own format, such as an emptied page
     setCurrentFont(font);
 }
@@ -99,6 +104,7 @@ void EditMainWindow::setCurrentFont(const QFont& font)
     // The dialog names the style ("Regular"), which would win over a later bold or italic.
     QFont plain = font;
     plain.setStyleName(QString());
+    plain.setHintingPreference(kSheetHinting);
     QTextCharFormat format;
     format.setFont(plain);
     m_editor->mergeCurrentCharFormat(format);

@@ -1,19 +1,23 @@
 #include "content/page/page_editor.h"
 
+#include "app/globals/sheet_model.h"
 #include "content/page/pasted_page.h"
 #include "content/page/picture_insertion.h"
 #include "content/page/picture_paragraphs.h"
+#include "content/page/sheet_pictures.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QKeyEvent>
 #include <QMimeData>
-#include <QPalette>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QUrl>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <utility>
@@ -43,8 +47,10 @@ const QString kPageFormat = QStringLiteral("application/x-quillbox-page");
 // margin on both sides they just fit, and no horizontal scroll bar turns up.
 constexpr qreal kDocumentMargin = 1;
 
-constexpr int kSidePadding = 12; // on the screen only
-constexpr int kTopPadding = 4;
+constexpr int kTopPadding = 4;   // on the screen only
+constexpr int kPaperMargin = 12; // of the paper beside what the head reaches
+const QColor kDesk(0xee, 0xf1, 0xf4);
+const QColor kPaperEdge(0xd3, 0xd8, 0xde);
 
 bool hasLocalFile(const QMimeData& source)
 {
@@ -61,6 +67,7 @@ bool holdsPicture(const QTextCursor& selection)
 
 PageEditor::PageEditor(QWidget* parent)
     : QTextEdit(parent)
+    , m_sheetWidth(sheetModel().widthDots())
 {
     setStyleSheet(QString::fromLatin1(kPaperStyle));
     setFrameShape(QFrame::NoFrame);
@@ -69,8 +76,62 @@ PageEditor::PageEditor(QWidget* parent)
     document()->setUndoRedoEnabled(false); // else the margin is the first thing that can be undone
     document()->setDocumentMargin(kDocumentMargin);
     document()->setUndoRedoEnabled(true);
+    setLineWrapMode(QTextEdit::FixedPixelWidth);
+    setLineWrapColumnOrWidth(m_sheetWidth);
     connect(document(), &QTextDocument::contentsChange, this, &PageEditor::noteChange);
     connect(document(), &QTextDocument::contentsChanged, this, &PageEditor::separatePictures);
+}
+
+void PageEditor::setSheetWidth(int width)
+{
+    if (width == m_sheetWidth)
+        return;
+    m_sheetWidth = width;
+    setLineWrapColumnOrWidth(width);
+    layOutSheet();
+    showSheetPictures(*document(), width);
+    if (!document()->isRedoAvailable())
+        separateMovedPictures(*this, 0, document()->characterCount());
+    ensureCursorVisible();
+}
+
+void PageEditor::showDesk(bool shown)
+{
+    m_deskShown = shown;
+    layOutSheet();
+}
+
+void PageEditor::layOutSheet()
+{
+    const int beside = qMax(0, width() - verticalScrollBar()->sizeHint().width() - m_sheetWidth);
+    if (m_deskShown)
+        setViewportMargins(beside / 2, kTopPadding, beside - beside / 2, 0);
+    else
+        setViewportMargins({});
+    update();
+}
+
+void PageEditor::resizeEvent(QResizeEvent* event)
+{
+    layOutSheet();
+    QTextEdit::resizeEvent(event);
+}
+
+bool PageEditor::event(QEvent* event)
+{
+    const bool handled = QTextEdit::event(event);
+    if (event->type() == QEvent::Paint) // of what the viewport and the bars leave
+        paintDesk();
+    return handled;
+}
+
+void PageEditor::paintDesk()
+{
+    const QRect paper = viewport()->geometry().adjusted(-kPaperMargin, 0, kPaperMargin, 0);
+    QPainter painter(this);
+    painter.fillRect(rect(), kDesk);
+    painter.fillRect(paper.left() - 1, 0, paper.width() + 2, height(), kPaperEdge);
+    painter.fillRect(paper.left(), 0, paper.width(), height(), Qt::white);
 }
 
 void PageEditor::noteChange(int position, int removed, int added)
@@ -121,7 +182,7 @@ void PageEditor::insertFromMimeData(const QMimeData* source)
         insertPicture(*this, qvariant_cast<QImage>(source->imageData()), QDateTime::currentSecsSinceEpoch());
     } else if (source->hasHtml()) {
         QTextCursor cursor = textCursor();
-        cursor.insertFragment(pastedText(source->html(), *document(), pictureWidth(*this)));
+        cursor.insertFragment(pastedText(source->html(), *document(), PictureRoom::of(*this)));
         setTextCursor(cursor);
         ensureCursorVisible();
     } else {
@@ -181,5 +242,10 @@ QSize PageHolder::sizeHint() const
 void PageHolder::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    m_editor->setGeometry(rect().adjusted(kSidePadding, kTopPadding, 0, 0));
+    m_editor->setGeometry(rect());
+}
+
+void PageHolder::wheelEvent(QWheelEvent* event)
+{
+    QCoreApplication::sendEvent(m_editor->verticalScrollBar(), event);
 }

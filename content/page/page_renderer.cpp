@@ -1,10 +1,10 @@
 #include "content/page/page_renderer.h"
 
+#include "content/page/page_editor.h"
+
 #include <QPixmap>
-#include <QScrollBar>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextEdit>
 
 namespace {
 
@@ -19,34 +19,28 @@ constexpr int kStripRows = 4096;
 class PrintPose
 {
 public:
-    explicit PrintPose(QTextEdit& editor);
+    explicit PrintPose(PageEditor& editor);
     ~PrintPose();
     Q_DISABLE_COPY_MOVE(PrintPose)
 
 private:
-    void keepLineBreaks();
-
-    QTextEdit& m_editor;
+    PageEditor& m_editor;
     const int m_width;
     const int m_height;
     const int m_cursorWidth;
     const Qt::ScrollBarPolicy m_horizontal;
     const Qt::ScrollBarPolicy m_vertical;
-    const QTextEdit::LineWrapMode m_wrapMode;
-    const int m_wrapWidth;
     const Qt::TextInteractionFlags m_interaction;
     const QString m_placeholder;
 };
 
-PrintPose::PrintPose(QTextEdit& editor)
+PrintPose::PrintPose(PageEditor& editor)
     : m_editor(editor)
     , m_width(editor.width())
     , m_height(editor.height())
     , m_cursorWidth(editor.cursorWidth())
     , m_horizontal(editor.horizontalScrollBarPolicy())
     , m_vertical(editor.verticalScrollBarPolicy())
-    , m_wrapMode(editor.lineWrapMode())
-    , m_wrapWidth(editor.lineWrapColumnOrWidth())
     , m_interaction(editor.textInteractionFlags())
     , m_placeholder(editor.placeholderText())
 {
@@ -55,7 +49,7 @@ PrintPose::PrintPose(QTextEdit& editor)
     editor.setTextInteractionFlags(Qt::NoTextInteraction);
     editor.setPlaceholderText(QString());
     const QSizeF page = editor.document()->size();
-    keepLineBreaks();
+    editor.showDesk(false);
     editor.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor.setFixedHeight(qMax(1, static_cast<int>(page.height())));
@@ -65,16 +59,6 @@ PrintPose::PrintPose(QTextEdit& editor)
     editor.setTextCursor(caret);
 }
 
-// A picture or table wider than the window makes the document wider than the lines of text, and the grabbed editor
-// with it; the lines must not make use of that room.
-void PrintPose::keepLineBreaks()
-{
-    if (m_wrapMode != QTextEdit::WidgetWidth)
-        return;
-    m_editor.setLineWrapColumnOrWidth(m_editor.viewport()->width());
-    m_editor.setLineWrapMode(QTextEdit::FixedPixelWidth);
-}
-
 // The size stays fixed, as it was before the print.
 PrintPose::~PrintPose()
 {
@@ -82,14 +66,13 @@ PrintPose::~PrintPose()
     m_editor.setFixedWidth(m_width);
     m_editor.setHorizontalScrollBarPolicy(m_horizontal);
     m_editor.setVerticalScrollBarPolicy(m_vertical);
-    m_editor.setLineWrapMode(m_wrapMode);
-    m_editor.setLineWrapColumnOrWidth(m_wrapWidth);
+    m_editor.showDesk(true);
     m_editor.setPlaceholderText(m_placeholder);
     m_editor.setTextInteractionFlags(m_interaction);
     m_editor.setCursorWidth(m_cursorWidth);
 }
 
-QImage grabRows(QTextEdit& editor, int first, int count, int& top)
+QImage grabRows(PageEditor& editor, int first, int count, int& top)
 {
     const qreal ratio = editor.devicePixelRatioF();
     const int from = static_cast<int>(first / ratio) / kStripAlignment * kStripAlignment;
@@ -100,7 +83,7 @@ QImage grabRows(QTextEdit& editor, int first, int count, int& top)
 
 } // namespace
 
-QImage renderPage(QTextEdit& editor, int widthDots, int plainRows)
+QImage renderPage(PageEditor& editor, int widthDots, int plainRows)
 {
     const PrintPose pose(editor);
     const QSize page = (QSizeF(editor.size()) * editor.devicePixelRatioF()).toSize();

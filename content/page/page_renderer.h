@@ -4,7 +4,7 @@
 
 #include <QImage>
 
-class QTextEdit;
+class PageEditor;
 
 /// The page of an editor as a picture for the print head: the lines break where they break on the screen, without
 /// frame, scroll bars, selection or caret.
@@ -16,4 +16,4 @@ class QTextEdit;
 /// @param plainRows  the most device rows that are grabbed and scaled in one piece; a higher page is put together from
 ///                   strips of at most so many rows. Another value than the default is for tests.
 /// @return           device pixel ratio 1, every pixel opaque; null only when memory is lacking
-QImage renderPage(QTextEdit& editor, int widthDots, int plainRows = kPaintableRows);
+QImage renderPage(PageEditor& editor, int widthDots, int plainRows = kPaintableRows);

@@ -1,6 +1,7 @@
 #include "content/page/pasted_page.h"
 
 #include "content/page/page_scaling.h"
+#include "content/page/sheet_pictures.h"
 #include "content/page/text_runs.h"
 
 #include <QBuffer>
@@ -38,36 +39,54 @@ protected:
 };
 
 // Named after its content: text copied within a page must not depend on the second in which it is pasted.
-QString addPicture(QTextDocument& page, const QImage& picture)
+QString contentName(const QImage& picture)
 {
     const auto* bits = reinterpret_cast<const char*>(picture.constBits());
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(QByteArray::number(picture.width()));
     hash.addData(bits, static_cast<int>(picture.sizeInBytes()));
-    QString name = QStringLiteral("pasted_image_") + QString::fromLatin1(hash.result().toHex());
-    page.addResource(QTextDocument::ImageResource, QUrl(name), picture);
-    return name;
+    return QStringLiteral("pasted_image_") + QString::fromLatin1(hash.result().toHex());
 }
 
-void adoptPicture(const TextRun& run, QTextDocument& pasted, QTextDocument& page, int widthPx)
+/// Size in pixels at which the text shows a picture; what the text leaves open keeps the picture's proportions.
+QSizeF shownSize(const QTextImageFormat& format, const QSizeF& picture)
+{
+    const bool hasWidth = format.hasProperty(QTextFormat::ImageWidth);
+    const bool hasHeight = format.hasProperty(QTextFormat::ImageHeight);
+    const qreal width = hasWidth    ? format.width()
+                        : hasHeight ? format.height() * picture.width() / picture.height()
+                                    : picture.width();
+    return {width, hasHeight ? format.height() : width * picture.height() / picture.width()};
+}
+
+/// Adds a picture of a pasted text to the page, as large as the text shows it, and at most as wide as the sheet.
+/// @return the name under which it was added, empty when it was not
+QString addPicture(QTextDocument& page, QImage picture, const QTextImageFormat& format, const PictureRoom& room)
+{
+    if (picture.isNull())
+        return {};
+    const QSizeF shown = shownSize(format, picture.size());
+    const PictureFit fit = shown.width() > room.width ? PictureFit::Fill : PictureFit::Shrink;
+    if (fit == PictureFit::Shrink && shown.height() <= kPaintableRows)
+        picture = picture.scaled(shown.toSize());
+    const QString name = contentName(picture);
+    return addSheetPicture(page, name, picture, fit, room) ? name : QString();
+}
+
+void adoptPicture(const TextRun& run, QTextDocument& pasted, QTextDocument& page, const PictureRoom& room)
 {
     QTextCursor cursor = run.select(pasted);
     QTextImageFormat format = run.format.toImageFormat();
-    QImage picture = pictureInAddress(QUrl(format.name()));
-    const qreal shownWidth = format.hasProperty(QTextFormat::ImageWidth) ? format.width() : picture.width();
-    if (shownWidth > widthPx) {
-        picture = scaleToWidth(picture, widthPx);
-        format.clearProperty(QTextFormat::ImageWidth);
-        format.clearProperty(QTextFormat::ImageHeight);
-    }
-    if (picture.isNull()) {
+    const QString name = addPicture(page, pictureInAddress(QUrl(format.name())), format, room);
+    if (name.isEmpty()) {
         cursor.removeSelectedText();
         return;
     }
-    picture.setDevicePixelRatio(1);
+    format.clearProperty(QTextFormat::ImageWidth);
+    format.clearProperty(QTextFormat::ImageHeight);
     format.clearForeground(); // what is typed behind the picture takes them over
     format.clearBackground();
-    format.setName(addPicture(page, picture));
+    format.setName(name);
     cursor.setCharFormat(format);
 }
 
@@ -122,7 +141,7 @@ bool isPictureOnly(const QMimeData& source)
     return words.remove(QChar::ObjectReplacementCharacter).trimmed().isEmpty();
 }
 
-QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, int widthPx)
+QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, const PictureRoom& room)
 {
     PastedDocument pasted;
     pasted.setUndoRedoEnabled(false);
@@ -133,7 +152,7 @@ QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, int w
     // From the end, so that a picture that is left out does not move the runs still to come.
     for (int i = runs.size() - 1; i >= 0; --i) {
         if (runs[i].format.isImageFormat())
-            adoptPicture(runs[i], pasted, page, widthPx);
+            adoptPicture(runs[i], pasted, page, room);
         else
             plainInk(runs[i], pasted);
     }

@@ -4,6 +4,7 @@
 #include <QString>
 
 class QMimeData;
+struct PictureRoom;
 class QTextDocument;
 class QTextDocumentFragment;
 
@@ -16,11 +17,11 @@ bool isPictureOnly(const QMimeData& source);
 
 /// Rich text of a clipboard, made fit for the page:
 /// - pictures that the text carries itself (data: addresses) or that lie in local files become resources of `page`,
-///   scaled down where they are wider than widthPx; others are left out, since only a broken-picture mark would
+///   scaled down where they are wider than the sheet; others are left out, since only a broken-picture mark would
 ///   print;
 /// - colours are left out, since the head knows ink and paper only and light text would vanish;
 /// - font sizes are given in points, so that the size steps act on them.
-QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, int widthPx);
+QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, const PictureRoom& room);
 
 /// HTML of a part of a page that carries its pictures along, for other programs and for pasting it back.
 QString copiedHtml(const QTextDocumentFragment& part, const QTextDocument& page);

@@ -1,10 +1,9 @@
 #include "content/page/picture_insertion.h"
 
-#include "content/page/page_scaling.h"
 #include "content/page/picture_paragraphs.h"
+#include "content/page/sheet_pictures.h"
 
 #include <QDebug>
-#include <QScrollBar>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -34,26 +33,20 @@ QString pictureName(qint64 secondsSinceEpoch)
 
 int pictureWidth(const QTextEdit& editor)
 {
-    // Millimetres, not pixels (docs/architecture.md, "Kept behaviour").
-    return editor.viewport()->rect().width() - editor.verticalScrollBar()->widthMM();
+    return PictureRoom::of(editor).width;
 }
 
 bool insertPicture(QTextEdit& editor, const QImage& picture, qint64 secondsSinceEpoch)
 {
     qDebug() << "slotsInsertImage" << picture.width() << "textEdit width" << editor.viewport()->width();
-    QImage fitted = scaleToWidth(picture, pictureWidth(editor));
-    qDebug() << "image width:" << fitted.width();
-    if (fitted.isNull())
-        return false;
-    fitted.setDevicePixelRatio(1);
-
     const QString name = pictureName(secondsSinceEpoch);
-    // The layout looks pictures up by a URL made the same way, so that the two agree for every code, also for ':'
-    // with which the URL is invalid.
-    const QUrl url(name);
     QTextDocument* document = editor.document();
-    const bool replaces = document->resource(QTextDocument::ImageResource, url).isValid();
-    document->addResource(QTextDocument::ImageResource, url, fitted);
+    const bool replaces = document->resource(QTextDocument::ImageResource, QUrl(name)).isValid();
+    const PictureRoom room = PictureRoom::of(editor);
+    const bool added = addSheetPicture(*document, name, picture, PictureFit::Fill, room);
+    qDebug() << "image width:" << (added ? room.width : 0);
+    if (!added)
+        return false;
     if (replaces)
         document->markContentsDirty(0, document->characterCount()); // the earlier picture may change its height
     const QTextCharFormat text = editor.currentCharFormat();

@@ -25,11 +25,12 @@ class MainWindowTest : public QObject
 
     QTemporaryDir m_folder;
 
-    /// The button prints the page, as wide as the head.
+    /// The button prints the page, as wide as the head, as the sheet has become.
     static bool prints(Client& client, int headDots)
     {
         client.click("printButton");
         return QTest::qWaitFor([] { return simulatedPrinter().report().feeds.contains(300); }) &&
+               client->page()->editor()->viewport()->width() == headDots &&
                simulatedPrinter().paper().width() == headDots && simulatedPrinter().report().crcErrors == 0 &&
                simulatedPrinter().jobLines().count('\0') < simulatedPrinter().jobLines().size();
     }

@@ -1,6 +1,8 @@
 #include "app/globals/model.h"
+#include "app/globals/sheet_model.h"
 #include "app/language/language_window.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
 #include <QMessageBox>
@@ -40,6 +42,27 @@ private slots:
         QCOMPARE(printHeadWidth(), 384);
         QTest::keyClick(models, Qt::Key_Down);
         QCOMPARE(printHeadWidth(), 576);
+        QCOMPARE(sheetModel().widthDots(), 576);
+        sheetModel().choose("Quillbox_K1"); // by another printer
+        models->showPopup();
+        QTest::keyClick(models->view(), Qt::Key_Return); // the model that the box shows already
+        QCOMPARE(sheetModel().widthDots(), 576);
+    }
+
+    void nextStartHasTheSheetOfTheLast()
+    {
+        QSettings store("Quillbox", "App_Start");
+        for (const auto& [name, width] : {std::pair("Quillbox_K1", 384), {"Quillbox_K2", 576}}) {
+            sheetModel().choose(name);
+            sheetModel().choose("Quillbox_K3");
+            SheetModel next;
+            next.load(store);
+            QCOMPARE(next.widthDots(), width);
+        }
+        store.setValue("sheetModel", "no model");
+        SheetModel next;
+        next.load(store);
+        QCOMPARE(next.widthDots(), 384);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "app/globals/model.h"
+#include "app/globals/sheet_model.h"
 #include "content/page/edit_main_window.h"
 #include "content/page/editor_actions.h"
 #include "content/page/picture_insertion.h"
@@ -114,8 +115,10 @@ private slots:
     void init()
     {
         g_modelIndex = 0;
+        sheetModel().choose("Quillbox_K2");
         m_window = std::make_unique<EditMainWindow>();
         m_window->initFont();
+        m_window->resize(600, 400);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         editor()->setFocus();
@@ -158,6 +161,43 @@ private slots:
             QCOMPARE(picture(0).size(), source.scaledToWidth(width).size());
             QCOMPARE(picture(0).devicePixelRatio(), 1.0);
         }
+    }
+
+    /// What filled the sheet fills the other one, made from what was put in; what was undone before as well.
+    void pictureOnBothSheets()
+    {
+        QImage source = filled(1200, 600);
+        for (int x = 0; x < source.width(); ++x) {
+            for (int y = 0; y < source.height(); ++y)
+                source.setPixel(x, y, 0xff000000u | static_cast<uint>(x * 7919 + y * 104729) % 0xffffffu);
+        }
+        const QImage pasted = source.copy(0, 0, 500, 20);
+        QVERIFY(pasted.save(file("500.png").toLocalFile()));
+        perform("'above Return");
+        auto* rich = new QMimeData;
+        rich->setHtml("<img src='" + file("500.png").toString() + "'>");
+        QApplication::clipboard()->setMimeData(rich);
+        perform("Ctrl+V Return");
+        m_window->slotsInsertImage(source);
+        const int steps = editor()->document()->availableUndoSteps();
+        for (const QString model : {"Quillbox_K1", "Quillbox_K2", "Quillbox_K3"}) {
+            sheetModel().choose(model);
+            const int sheet = model == "Quillbox_K1" ? 384 : 576;
+            QCOMPARE(editor()->viewport()->width(), sheet);
+            QCOMPARE(editor()->document()->size().width(), sheet);
+            QCOMPARE(picture(1).convertToFormat(QImage::Format_RGB32),
+                     (sheet == 384 ? pasted.scaledToWidth(pictureWidth(*editor())) : pasted)
+                         .convertToFormat(QImage::Format_RGB32));
+            QCOMPARE(picture(2), source.scaledToWidth(pictureWidth(*editor())));
+            QCOMPARE(editor()->document()->availableUndoSteps(), steps);
+        }
+        perform("Ctrl+Z");
+        sheetModel().choose("Quillbox_K1");
+        perform("Ctrl+Y");
+        QCOMPARE(picture(2), source.scaledToWidth(pictureWidth(*editor())));
+        perform("Ctrl+End Left Shift+Left Ctrl+C Ctrl+End Ctrl+V");
+        sheetModel().choose("Quillbox_K2");
+        QCOMPARE(picture(3).width(), pictureWidth(*editor())); // the copy of one that fills
     }
 
     void picturesStandAlone_data()

@@ -17,7 +17,7 @@ class PageRendererTest : public QObject
     std::unique_ptr<QWidget> m_window;
     PageEditor* m_editor = nullptr;
 
-    void open(const QString& text)
+    void open(const QString& text, int sheet = 576)
     {
         m_window = std::make_unique<QWidget>();
         m_window->resize(600, 360);
@@ -27,6 +27,7 @@ class PageRendererTest : public QObject
         font.setPixelSize(26);
         m_editor->setFont(font);
         m_editor->setPlainText(text);
+        m_editor->setSheetWidth(sheet);
         m_window->show();
         m_editor->setFocus();
         QTRY_VERIFY(m_editor->hasFocus());
@@ -70,7 +71,7 @@ private slots:
     void equalsTheBareDocument_data()
     {
         QTest::addColumn<QString>("html");
-        QTest::addColumn<QString>("sheet");
+        QTest::addColumn<QString>("style");
         const QString all = "* { background: black; color: red; border: 4px solid green; }";
         const QString edits = "QTextEdit { background: navy; color: yellow; margin: 5px; padding: 9px; }"
                               "QTextEdit:focus { border: 3px solid red; }";
@@ -87,24 +88,28 @@ private slots:
     void equalsTheBareDocument()
     {
         QFETCH(QString, html);
-        QFETCH(QString, sheet);
+        QFETCH(QString, style);
         QPalette dark(QColor(50, 50, 50), QColor(40, 40, 40));
         dark.setColor(QPalette::Base, Qt::black);
         dark.setColor(QPalette::Text, Qt::white);
         QApplication::setPalette(dark);
-        qApp->setStyleSheet(sheet);
-        open(QString());
-        m_editor->setHtml(html);
-        m_editor->setPlaceholderText(m_sample);
-        m_editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-        m_editor->selectAll();
-        QCOMPARE(m_editor->viewport()->width(), 574); // without the margin and the scroll bar
-        for (const int dots : {384, 576}) {
-            const QImage expected = painted().scaledToWidth(dots);
-            for (const int plainRows : {kPaintableRows, 333, 50}) {
-                const QImage page = renderPage(*m_editor, dots, plainRows);
-                QCOMPARE(page.devicePixelRatio(), 1.0);
-                QCOMPARE(page, expected);
+        qApp->setStyleSheet(style);
+        for (const int sheet : {384, 576}) {
+            open(QString(), sheet);
+            m_editor->setHtml(html);
+            m_editor->setPlaceholderText(m_sample);
+            m_editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+            m_editor->selectAll();
+            QCOMPARE(m_editor->viewport()->width(), sheet);
+            // A pixel a dot, but for the table or picture that is wider than the sheet.
+            QVERIFY(painted().width() == qRound(sheet * m_editor->devicePixelRatioF()) || html.contains("900"));
+            for (const int dots : {384, 576}) {
+                const QImage expected = painted().scaledToWidth(dots);
+                for (const int plainRows : {kPaintableRows, 333, 50}) {
+                    const QImage page = renderPage(*m_editor, dots, plainRows);
+                    QCOMPARE(page.devicePixelRatio(), 1.0);
+                    QCOMPARE(page, expected);
+                }
             }
         }
         qApp->setStyleSheet(QString());
