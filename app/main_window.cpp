@@ -6,10 +6,10 @@
 #include "app/globals/model.h"
 #include "app/globals/sheet_model.h"
 #include "app/globals/trace.h"
-#include "app/picture_file.h"
 #include "cloud/get_sw_version_api.h"
 #include "content/capture/capture_screen.h"
 #include "content/page/edit_main_window.h"
+#include "content/page/picture_file.h"
 #include "content/page/print_preview_window.h"
 #include "device/diagnostics/diagnostic_hub.h"
 #include "device/packet_analysis.h"
@@ -158,7 +158,7 @@ void MainWindow::slotsPickImage()
                                                       tr("Images (*.png *.bmp *.jpg *.tif *.GIF *.jpeg)"));
     if (file.isEmpty())
         return;
-    const QImage image = loadPicture(file);
+    const QImage image = readPicture(file);
     if (image.isNull())
         return;
     lastImageDir = file; // the file and not its folder: the next dialog opens on it

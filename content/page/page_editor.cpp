@@ -2,6 +2,7 @@
 
 #include "app/globals/sheet_model.h"
 #include "content/page/pasted_page.h"
+#include "content/page/picture_file.h"
 #include "content/page/picture_insertion.h"
 #include "content/page/picture_paragraphs.h"
 #include "content/page/sheet_pictures.h"

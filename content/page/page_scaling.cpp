@@ -48,6 +48,13 @@ QSize sizeAtWidth(const QSize& source, int width)
     return {width, QTransform::fromScale(factor, factor).mapRect(QRect(QPoint(), source)).height()};
 }
 
+bool isTooTall(const QSize& source, int width)
+{
+    // Not by sizeAtWidth(), whose int it may exceed.
+    return !source.isEmpty() &&
+           static_cast<double>(source.height()) * width >= (kPaintableRows + 0.5) * source.width();
+}
+
 bool isPaintable(const QSize& source, int width)
 {
     return source.height() <= kPaintableRows && sizeAtWidth(source, width).height() <= kPaintableRows;

@@ -17,6 +17,10 @@ constexpr int kPaintableRows = 32767;
 /// Size of the result, as QImage::scaledToWidth rounds it.
 QSize sizeAtWidth(const QSize& source, int width);
 
+/// True when the result would be higher than Qt paints. To be asked before pictures from elsewhere are scaled: a
+/// single column of 60000 pixels becomes gigabytes.
+bool isTooTall(const QSize& source, int width);
+
 /// True when QImage::scaledToWidth paints every row.
 bool isPaintable(const QSize& source, int width);
 

@@ -1,13 +1,14 @@
 #include "content/page/pasted_page.h"
 
 #include "content/page/page_scaling.h"
+#include "content/page/picture_file.h"
 #include "content/page/sheet_pictures.h"
 #include "content/page/text_runs.h"
 
 #include <QBuffer>
 #include <QCryptographicHash>
+#include <QDebug>
 #include <QFontInfo>
-#include <QImageReader>
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -28,7 +29,7 @@ QImage pictureInAddress(const QUrl& url)
     const int comma = content.indexOf(',');
     const QByteArray body = QByteArray::fromPercentEncoding(content.mid(comma + 1));
     const bool base64 = content.left(comma).endsWith(";base64");
-    return QImage::fromData(base64 ? QByteArray::fromBase64(body) : body);
+    return pictureFromData(base64 ? QByteArray::fromBase64(body) : body);
 }
 
 /// Loads nothing by itself: neither style sheets nor pictures of a page from elsewhere.
@@ -122,14 +123,6 @@ void plainInk(const TextRun& run, QTextDocument& pasted)
 }
 
 } // namespace
-
-QImage readPicture(const QString& path)
-{
-    QImageReader reader(path);
-    reader.setAutoTransform(true);
-    reader.setDecideFormatFromContent(true);
-    return reader.read();
-}
 
 bool isPictureOnly(const QMimeData& source)
 {

@@ -1,15 +1,11 @@
 #pragma once
 
-#include <QImage>
 #include <QString>
 
 class QMimeData;
 struct PictureRoom;
 class QTextDocument;
 class QTextDocumentFragment;
-
-/// Reads a picture file of any format that Qt knows, turned the way its camera held it; null when it does not load.
-QImage readPicture(const QString& path);
 
 /// True when a clipboard holds a picture and no words beside it. Office programs add a picture of the selected text;
 /// browsers add a line of HTML to a copied picture.

@@ -15,5 +15,6 @@ int pictureWidth(const QTextEdit& editor);
 
 /// Scales a picture up or down to pictureWidth() and inserts it at the editor's cursor, in place of a selection, as
 /// a paragraph of its own. What is typed below it looks like the text before it. One undo step.
-/// @return false for a null picture and one of which nothing is left at that width; the page is then unchanged
+/// @return false for a null picture, one of which nothing is left at that width and one that would be higher than
+///         kPaintableRows; the page is then unchanged
 bool insertPicture(QTextEdit& editor, const QImage& picture, qint64 secondsSinceEpoch);

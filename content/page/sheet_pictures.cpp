@@ -3,6 +3,7 @@
 #include "app/globals/model.h"
 #include "content/page/page_scaling.h"
 
+#include <QDebug>
 #include <QScrollBar>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -19,9 +20,13 @@ QUrl addressFor(int sheetWidth, const QString& name)
     return QUrl(QStringLiteral("sheet/%1/%2").arg(sheetWidth).arg(QString::fromLatin1(units.toHex())));
 }
 
+/// Null for a picture that is too tall at its width, or of which nothing is left.
 QImage fitted(const QImage& picture, PictureFit fit, int room)
 {
-    QImage result = fit == PictureFit::Fill || picture.width() > room ? scaleToWidth(picture, room) : picture;
+    const bool scales = fit == PictureFit::Fill || picture.width() > room;
+    if (scales ? isTooTall(picture.size(), room) : picture.height() > kPaintableRows)
+        return {};
+    QImage result = scales ? scaleToWidth(picture, room) : picture;
     result.setDevicePixelRatio(1);
     return result;
 }
@@ -41,8 +46,10 @@ bool addSheetPicture(QTextDocument& document, const QString& name, const QImage&
     if (picture.width() == room.width)
         fit = PictureFit::Fill;
     const QImage shown = fitted(picture, fit, room.width);
-    if (shown.isNull())
+    if (shown.isNull()) {
+        qDebug() << "picture left out:" << picture.size() << "does not fit at a width of" << room.width;
         return false;
+    }
     // The layout looks pictures up by a URL made the same way, so that the two agree for every name, also for one with
     // which the URL is invalid.
     const QUrl url(name);
@@ -63,7 +70,7 @@ void showSheetPictures(QTextDocument& document, int sheetWidth)
             continue;
         const QString name = format.toImageFormat().name();
         const QVariant picture = document.resource(QTextDocument::ImageResource, addressFor(sheetWidth, name));
-        if (picture.isValid())
+        if (!picture.value<QImage>().isNull()) // else it does not fit there
             document.addResource(QTextDocument::ImageResource, QUrl(name), picture);
     }
     document.markContentsDirty(0, document.characterCount());

@@ -24,7 +24,8 @@ enum class PictureFit {
 };
 
 /// Adds a picture to the document's resources, for text that names it. A picture of that name is replaced.
-/// @return false for one of which nothing is left at its width; the document is then unchanged
+/// @return false for a null picture, one of which nothing is left at its width, and one that is higher than
+///         kPaintableRows there; the document is then unchanged
 bool addSheetPicture(QTextDocument& document, const QString& name, const QImage& picture, PictureFit fit,
                      const PictureRoom& room);
 

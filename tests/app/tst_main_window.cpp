@@ -1,7 +1,6 @@
 #include "shell_fixture.h"
 
 #include "app/globals/settings.h"
-#include "app/picture_file.h"
 #include "app/welcome_window.h"
 #include "content/capture/capture_screen.h"
 #include "content/page/edit_main_window.h"
@@ -111,9 +110,7 @@ private slots:
     void insertsPictureFiles()
     {
         const QString good = m_folder.filePath("good.png");
-        const QString huge = m_folder.filePath("huge.png");
         QVERIFY(QImage(40, 30, QImage::Format_RGB32).save(good));
-        QVERIFY(QImage(10000, 8000, QImage::Format_Mono).save(huge));
         const QString broken = m_folder.filePath("broken.png");
         QFile file(broken);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("\x89PNG, but not for long") > 0);
@@ -122,7 +119,7 @@ private slots:
         Client client;
         QSignalSpy picked(&client.window(), &MainWindow::signalsPickImage);
         QStringList startedOn;
-        for (const QString& name : {good, broken, huge}) {
+        for (const QString& name : {good, broken, good}) {
             QTimer::singleShot(0, qApp, [&startedOn, name] {
                 auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
                 startedOn.append(dialog->selectedFiles().value(0));
@@ -134,8 +131,7 @@ private slots:
         }
         QCOMPARE(startedOn.mid(1), (QStringList{good, good})); // the broken one is not remembered
         QCOMPARE(client->page()->editor()->toPlainText().count(QChar::ObjectReplacementCharacter), 2);
-        const QSize size = picked.last()[0].value<QImage>().size();
-        QVERIFY(size.width() > 8000 && static_cast<qint64>(size.width()) * size.height() <= kMostPixels);
+        QCOMPARE(picked.size(), 2);
     }
 
     /// The screenshot button on a real desktop: the window gives way, the piece of the screen lands in the page, and

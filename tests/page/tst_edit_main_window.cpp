@@ -108,6 +108,7 @@ private slots:
         QCoreApplication::setAttribute(Qt::AA_Use96Dpi, false);
         QVERIFY(filled(40, 10, Qt::red).save(file("红 50%.png").toLocalFile()));
         QVERIFY(filled(2000, 100, Qt::blue).save(file("wide.bmp").toLocalFile()));
+        QVERIFY(filled(30, 33000).save(file("tall.png").toLocalFile()));
         QFile broken(file("broken.png").toLocalFile());
         QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("\x89PNG no more") > 0);
     }
@@ -151,6 +152,7 @@ private slots:
         m_window->slotsInsertImage(QImage());
         m_window->slotsInsertPixmap(QPixmap());
         m_window->slotsInsertImage(filled(6000, 1)); // nothing is left of its height
+        m_window->slotsInsertImage(filled(1, 2000)); // more than a million rows
         QVERIFY(runs().isEmpty() && !editor()->document()->isUndoAvailable());
 
         const int width = editor()->viewport()->width() - editor()->verticalScrollBar()->widthMM();
@@ -282,14 +284,18 @@ private slots:
         QTest::addColumn<QList<QUrl>>("files");
         QTest::addColumn<QString>("expected");
         const QList<QUrl> none;
-        const QList<QUrl> files{file("红 50%.png"), file("broken.png"), file("wide.bmp")};
+        const QList<QUrl> files{file("红 50%.png"), file("broken.png"), file("wide.bmp"), file("tall.png")};
         const QString link = "<img src='http://a.org/a.png'>";
+        const QString tall = "<img src=" + files[3].toString();
         const QString rich = "<p style='background:#222; color:#eee; font-size:40px'>light <b>bold</b>" + link +
-                             "<img width=2000 src=" + files[2].toString() + "><img src=" + files[0].toEncoded() + ">";
+                             "<img width=2000 src=" + files[2].toString() + "><img src=" + files[0].toEncoded() +
+                             ">" + tall + ">" + tall + " width=2000>" + tall + " width=90 height=9>" +
+                             "<img height=10 src=" + files[2].toString() + ">";
         QTest::newRow("picture") << QString() << true << none << "#000000 L";
         QTest::newRow("picture of a browser") << link << true << none << "#000000 L";
         QTest::newRow("picture of words") << "<p>words</p>" << true << none << "words20 L";
-        QTest::newRow("rich text") << rich << false << none << "light 28.8 bold28.8B #0000ff #ff0000x40 L";
+        QTest::newRow("rich text") << rich << false << none
+                                   << "light 28.8 bold28.8B #0000ff #ff0000x40 #000000x90 #0000ffx200 L";
         QTest::newRow("files") << QString() << false << files << "#ff0000 #0000ff L";
     }
 
