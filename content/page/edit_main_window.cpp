@@ -3,7 +3,9 @@
 #include "app/globals/model.h"
 #include "app/globals/sheet_model.h"
 #include "app/widgets/light_palette.h"
+#include "content/page/draft_keeper.h"
 #include "content/page/editor_actions.h"
+#include "content/page/file_actions.h"
 #include "content/page/page_editor.h"
 #include "content/page/page_renderer.h"
 #include "content/page/picture_insertion.h"
@@ -43,6 +45,7 @@ EditMainWindow::EditMainWindow(QWidget* parent)
     , m_actions(nullptr)
     , m_printAction(new QAction(this))
     , m_fontAction(new QAction(this))
+    , m_fileActions(new FileActions(m_editor, this))
     , m_currentFont(font())
 {
     setPalette(lightPalette());
@@ -56,6 +59,7 @@ EditMainWindow::EditMainWindow(QWidget* parent)
     addAction(m_fontAction);
     connect(m_printAction, &QAction::triggered, this, &EditMainWindow::printPage);
     connect(m_fontAction, &QAction::triggered, this, &EditMainWindow::chooseFont);
+    connect(m_fileActions, &FileActions::emptied, this, [this] { setCurrentFont(m_editor->font()); });
     m_editor->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_editor, &QWidget::customContextMenuRequested, this, &EditMainWindow::showContextMenu);
     connect(&sheetModel(), &SheetModel::changed, this, [this] { m_editor->setSheetWidth(sheetModel().widthDots()); });
@@ -79,6 +83,35 @@ void EditMainWindow::buildLayout()
 QTextEdit* EditMainWindow::editor() const
 {
     return m_editor;
+}
+
+QAction* EditMainWindow::newAction() const
+{
+    return m_fileActions->newAction();
+}
+
+QAction* EditMainWindow::openAction() const
+{
+    return m_fileActions->openAction();
+}
+
+QAction* EditMainWindow::saveAction() const
+{
+    return m_fileActions->saveAction();
+}
+
+void EditMainWindow::keepDrafts(const QString& folder)
+{
+    settleHiddenWindow(); // pictures are measured against the width of the page
+    m_drafts = new DraftKeeper(m_editor, folder, this);
+    m_fileActions->offerDrafts(m_drafts);
+    m_drafts->restore();
+}
+
+void EditMainWindow::writeDraft()
+{
+    if (m_drafts)
+        m_drafts->writeNow();
 }
 
 void EditMainWindow::initFont()
@@ -156,6 +189,7 @@ void EditMainWindow::showContextMenu(const QPoint& position)
 void EditMainWindow::retranslate()
 {
     m_actions->retranslate();
+    m_fileActions->retranslate();
     m_printAction->setText(tr("打印"));
     m_printAction->setToolTip(toolTipOf(*m_printAction));
     m_fontAction->setText(tr("字体..."));

@@ -5,7 +5,9 @@
 #include <QPixmap>
 #include <QWidget>
 
+class DraftKeeper;
 class EditorActions;
+class FileActions;
 class PageEditor;
 class PageHolder;
 class QMenu;
@@ -31,6 +33,16 @@ public:
     QAction* printAction() const { return m_printAction; }
     QAction* fontAction() const { return m_fontAction; }
     EditorActions* textActions() const { return m_actions; }
+    QAction* newAction() const;
+    QAction* openAction() const;
+    QAction* saveAction() const;
+
+    /// Takes up the newest draft that no other client holds, and keeps the page as a draft from now on. Once, before the
+    /// person writes.
+    /// @param folder  of all drafts
+    void keepDrafts(const QString& folder);
+    /// Writes the draft at once, if there is one to keep.
+    void writeDraft();
 
     /// The menu of a click with the other mouse button. The caller owns it.
     QMenu* createContextMenu();
@@ -67,5 +79,7 @@ private:
     EditorActions* m_actions;
     QAction* m_printAction;
     QAction* m_fontAction;
+    FileActions* m_fileActions;
+    DraftKeeper* m_drafts = nullptr; ///< null where no draft is kept
     QFont m_currentFont;
 };

@@ -39,6 +39,11 @@ protected:
     QVariant loadResource(int, const QUrl&) override { return {}; }
 };
 
+QImage pictureOfAddress(const QString& address)
+{
+    return pictureInAddress(QUrl(address));
+}
+
 // Named after its content: text copied within a page must not depend on the second in which it is pasted.
 QString contentName(const QImage& picture)
 {
@@ -74,11 +79,19 @@ QString addPicture(QTextDocument& page, QImage picture, const QTextImageFormat& 
     return addSheetPicture(page, name, picture, fit, room) ? name : QString();
 }
 
-void adoptPicture(const TextRun& run, QTextDocument& pasted, QTextDocument& page, const PictureRoom& room)
+/// The address of a picture behind text goes with it: it might name a file of this computer in a page that is passed on.
+void clearBackground(QTextFormat& format)
+{
+    format.clearBackground();
+    format.clearProperty(QTextFormat::BackgroundImageUrl);
+}
+
+void adoptPicture(const TextRun& run, const QImage& picture, QTextDocument& pasted, QTextDocument& page,
+                  const PictureRoom& room)
 {
     QTextCursor cursor = run.select(pasted);
     QTextImageFormat format = run.format.toImageFormat();
-    const QString name = addPicture(page, pictureInAddress(QUrl(format.name())), format, room);
+    const QString name = addPicture(page, picture, format, room);
     if (name.isEmpty()) {
         cursor.removeSelectedText();
         return;
@@ -86,7 +99,7 @@ void adoptPicture(const TextRun& run, QTextDocument& pasted, QTextDocument& page
     format.clearProperty(QTextFormat::ImageWidth);
     format.clearProperty(QTextFormat::ImageHeight);
     format.clearForeground(); // what is typed behind the picture takes them over
-    format.clearBackground();
+    clearBackground(format);
     format.setName(name);
     cursor.setCharFormat(format);
 }
@@ -96,17 +109,32 @@ void clearColours(QTextDocument& document)
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         QTextCursor cursor(block);
         QTextBlockFormat format = block.blockFormat();
-        format.clearBackground();
+        clearBackground(format);
         cursor.setBlockFormat(format);
         if (QTextTable* table = cursor.currentTable()) {
             QTextTableCell cell = table->cellAt(cursor);
             QTextCharFormat cellFormat = cell.format();
-            cellFormat.clearBackground();
+            clearBackground(cellFormat);
             cell.setFormat(cellFormat);
             QTextTableFormat tableFormat = table->format();
-            tableFormat.clearBackground();
+            clearBackground(tableFormat);
             table->setFormat(tableFormat);
         }
+    }
+}
+
+void joinBehindTables(QTextDocument& document)
+{
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QTextBlock empty = block.previous();
+        if (block.userState() != kBehindTable || empty.length() != 1)
+            continue;
+        const QTextBlockFormat format = block.blockFormat();
+        QTextCursor cursor(empty);
+        cursor.deleteChar();
+        cursor.setBlockFormat(format);
+        block = cursor.block();
+        block.setUserState(-1);
     }
 }
 
@@ -114,7 +142,7 @@ void plainInk(const TextRun& run, QTextDocument& pasted)
 {
     QTextCharFormat format = run.format;
     format.clearForeground();
-    format.clearBackground();
+    clearBackground(format);
     const bool sized = format.hasProperty(QTextFormat::FontPixelSize) ||
                        format.hasProperty(QTextFormat::FontPointSize) ||
                        format.hasProperty(QTextFormat::FontSizeAdjustment);
@@ -136,16 +164,23 @@ bool isPictureOnly(const QMimeData& source)
 
 QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, const PictureRoom& room)
 {
+    return adoptedText(html, pictureOfAddress, page, room);
+}
+
+QTextDocumentFragment adoptedText(const QString& html, const PictureSource& pictures, QTextDocument& page,
+                                  const PictureRoom& room)
+{
     PastedDocument pasted;
     pasted.setUndoRedoEnabled(false);
     pasted.setDefaultFont(page.defaultFont());
     pasted.setHtml(html);
+    joinBehindTables(pasted);
     clearColours(pasted);
     const QVector<TextRun> runs = textRuns(pasted);
     // From the end, so that a picture that is left out does not move the runs still to come.
     for (int i = runs.size() - 1; i >= 0; --i) {
         if (runs[i].format.isImageFormat())
-            adoptPicture(runs[i], pasted, page, room);
+            adoptPicture(runs[i], pictures(runs[i].format.toImageFormat().name()), pasted, page, room);
         else
             plainInk(runs[i], pasted);
     }

@@ -141,6 +141,77 @@
     </message>
 </context>
 <context>
+    <name>FileActions</name>
+    <message>
+        <source>新建</source>
+        <translation>New</translation>
+    </message>
+    <message>
+        <source>打开...</source>
+        <translation>Open...</translation>
+    </message>
+    <message>
+        <source>保存...</source>
+        <translation>Save...</translation>
+    </message>
+    <message>
+        <source>打开页面</source>
+        <translation>Open page</translation>
+    </message>
+    <message>
+        <source>页面 (*.html *.htm)</source>
+        <translation>Pages (*.html *.htm)</translation>
+    </message>
+    <message>
+        <source>保存页面</source>
+        <translation>Save page</translation>
+    </message>
+    <message>
+        <source>无法打开文件:
+%1
+%2</source>
+        <translation>The file could not be opened:
+%1
+%2</translation>
+    </message>
+    <message>
+        <source>无法保存文件:
+%1
+%2</source>
+        <translation>The file could not be saved:
+%1
+%2</translation>
+    </message>
+    <message>
+        <source>页面</source>
+        <translation>Page</translation>
+    </message>
+    <message>
+        <source>文件或其中的图片太大。</source>
+        <translation>The file, or a picture in it, is too large.</translation>
+    </message>
+    <message>
+        <source>文件不是页面 (HTML)，或其文字无法识别。</source>
+        <translation>The file is no page (HTML), or its text is in an unknown encoding.</translation>
+    </message>
+    <message>
+        <source>文件已损坏或不完整。</source>
+        <translation>The file is damaged or incomplete.</translation>
+    </message>
+    <message>
+        <source>文件由其他版本的羽毛盒保存，请更新后再打开。</source>
+        <translation>The file was saved by another version of Quillbox. Update Quillbox to open it.</translation>
+    </message>
+    <message>
+        <source>文件不存在或无法读取。</source>
+        <translation>The file does not exist or cannot be read.</translation>
+    </message>
+    <message>
+        <source>消息提示</source>
+        <translation>Message</translation>
+    </message>
+</context>
+<context>
     <name>FrameLogModel</name>
     <message>
         <source>打印数据</source>
@@ -344,6 +415,21 @@
         <source>设备连接中,请稍后...</source>
         <translation>Connecting to
 the printer…</translation>
+    </message>
+</context>
+<context>
+    <name>PageWriter</name>
+    <message>
+        <source>有一张图片无法保存</source>
+        <translation>A picture could not be saved</translation>
+    </message>
+    <message>
+        <source>页面太大</source>
+        <translation>The page is too large</translation>
+    </message>
+    <message>
+        <source>文件没有写完，磁盘可能已满</source>
+        <translation>The file could not be finished; the disk may be full</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QVector>
+
+/// HTML of which the pictures were taken out.
+struct EmbeddedPictures
+{
+    QByteArray html;          ///< names each of them by its index: src="picture:0"
+    QVector<QImage> pictures; ///< null where one does not decode
+    int broken = 0;           ///< how many do not
+    bool tooLarge = false;    ///< together, decoded; the pictures are not complete then
+};
+
+/// Takes the pictures that HTML carries itself (data: addresses of <img>) out of it, since as text within a document
+/// they would take several times their size. Other addresses stay as they are. Any encoding that keeps ASCII. Any thread.
+EmbeddedPictures takePictures(const QByteArray& html);
