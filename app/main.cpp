@@ -16,6 +16,7 @@ int main(int argc, char** argv)
     setUsbLog([](const char* line) { qDebug().noquote() << QString::fromUtf8(line); });
 
     MainWindow window;
+    window.keepDrafts(draftsFolder());
     window.show();
     const int result = QApplication::exec();
     window.stopThreads();

@@ -112,6 +112,11 @@ void MainWindow::createPages()
     trace(ui->verticalLayout->geometry().height());
 }
 
+void MainWindow::keepDrafts(const QString& folder)
+{
+    editWindow->keepDrafts(folder);
+}
+
 void MainWindow::connectButtons()
 {
     connect(ui->printButton, &QPushButton::clicked, editWindow->printAction(), &QAction::trigger);
@@ -267,4 +272,10 @@ void MainWindow::changeEvent(QEvent* event)
         ui->retranslateUi(this);
         retranslateMenu();
     }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    editWindow->writeDraft();
+    QWidget::closeEvent(event);
 }

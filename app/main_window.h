@@ -39,6 +39,11 @@ public:
     /// Ends both threads and waits for them. A job that is being printed goes out whole; later ones are dropped.
     void stopThreads();
 
+    /// Begins with the draft of the last client, and keeps one from now on: it is written while the page changes and when
+    /// the window closes. Without this call no draft is read or written.
+    /// @param folder  of all drafts, see draftsFolder()
+    void keepDrafts(const QString& folder);
+
 signals:
     /// A picture was chosen from a file.
     void signalsPickImage(QImage image);
@@ -80,6 +85,7 @@ public slots:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void buildMenu();

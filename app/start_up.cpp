@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTranslator>
 
 namespace {
@@ -36,4 +37,11 @@ void startUp(QSettings& settings)
     trace(QStringLiteral("UUID") + g_uuid);
     installChinese(storedLanguage(settings));
     sheetModel().load(settings);
+}
+
+/// The application has no name of its own, for its settings are opened by theirs; so this is no AppDataLocation.
+QString draftsFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1Char('/') + kOrganization +
+           QStringLiteral("/drafts");
 }

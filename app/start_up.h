@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class QSettings;
 
 // What every program of the client does around its main window. GUI thread.
@@ -10,3 +12,6 @@ void setUpHighDpi();
 /// After it: icon, installation identifier, language.
 /// @param settings  the store (kOrganization, kApplication), which the caller keeps until the event loop has ended
 void startUp(QSettings& settings);
+
+/// Where the client keeps drafts of pages, among the person's application data; made when the first is written.
+QString draftsFolder();

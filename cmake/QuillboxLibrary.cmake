@@ -161,7 +161,7 @@ function(quillbox_add_test name)
     endforeach()
 endfunction()
 
-# No test opens a window on somebody's desktop or touches a person's settings.
+# No test opens a window on somebody's desktop or touches a person's settings or drafts.
 function(quillbox_test_environment name label)
     set(suppressions ${PROJECT_SOURCE_DIR}/tests/suppressions)
     set(thread_options "suppressions=${suppressions}/tsan.txt:halt_on_error=1")
@@ -172,6 +172,7 @@ function(quillbox_test_environment name label)
     endif()
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "\
 QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=verify_asan_link_order=0;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test_config/${name};\
+XDG_DATA_HOME=${CMAKE_BINARY_DIR}/test_data/${name};\
 LSAN_OPTIONS=suppressions=${suppressions}/lsan.txt:print_suppressions=0;\
 TSAN_OPTIONS=${thread_options};UBSAN_OPTIONS=print_stacktrace=1")
 endfunction()

@@ -101,6 +101,8 @@ int runWindows(const Options& options)
     if (options.sample) {
         composeSamplePage(*window.page());
         window.page()->editor()->moveCursor(QTextCursor::Start);
+    } else {
+        window.keepDrafts(draftsFolder() + QStringLiteral("-demo")); // what one tries out is not the person's page
     }
     paper.show();
     placeSideBySide(window, paper);

@@ -41,6 +41,7 @@ public:
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CONFIG_HOME", m_folder.path());
+        environment.insert("XDG_DATA_HOME", m_folder.path());
         environment.insert("QT_FORCE_STDERR_LOGGING", "1");
         m_process.setProcessEnvironment(environment);
         m_process.start("umockdev-wrapper", QStringList{VIRTUAL_USB_PROGRAM} + options + QStringList{CLIENT_PROGRAM});

@@ -184,10 +184,14 @@ private slots:
         SimulatedService service;
         offer(service, "101", true);
         Client client(service.address());
+        const QDir drafts(m_folder.filePath("drafts"));
+        client->keepDrafts(drafts.path());
+        client->page()->editor()->setPlainText("page");
         bool closed = false;
         QTimer timer;
         timer.callOnTimeout([&] {
-            QWidget* last = client->isVisible() ? nullptr : shown<UpgradeAppWindow>();
+            const bool isKept = drafts.entryList({"*.html"}).size() == 1; // as soon as the window is closed
+            QWidget* last = client->isVisible() || !isKept ? nullptr : shown<UpgradeAppWindow>();
             closed = closed || (last && last->close());
         });
         timer.start(20);
