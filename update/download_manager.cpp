@@ -35,7 +35,7 @@ void DownloadManager::downloadFile(const QString& url, const QString& fileName)
     if (!m_isStop)
         return;
     stopWork(); // a reply that ended is still here
-    m_isStop = false;
+    setRunning(true);
     m_url = QUrl(url);
     m_fileName = fileName + kTemporarySuffix;
     m_bytesRead = 0;
@@ -55,14 +55,24 @@ QNetworkRequest DownloadManager::request() const
     QNetworkRequest request(m_url);
     // Installers lie on mirrors and behind links to the newest one, and Qt 5 follows no redirect unasked.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    // Else a connection that went away without a word keeps the transfer waiting for hours.
+    request.setTransferTimeout(m_silenceLimitMs);
     if (m_supportRange)
         request.setRawHeader("Range", QStringLiteral("bytes=%1-").arg(m_bytesCurrentReceived).toLatin1());
     return request;
 }
 
+void DownloadManager::setRunning(bool running)
+{
+    if (m_isStop != running)
+        return;
+    m_isStop = !running;
+    emit signalRunning(running);
+}
+
 void DownloadManager::stopWork()
 {
-    m_isStop = true;
+    setRunning(false);
     if (!m_reply)
         return;
     // abort() reports an error, and where there is one already it warns of the second.
@@ -98,6 +108,11 @@ QString DownloadManager::getDownloadUrl() const
     return m_url.toString();
 }
 
+void DownloadManager::setSilenceLimitMs(int ms)
+{
+    m_silenceLimitMs = ms;
+}
+
 void DownloadManager::onReadyRead()
 {
     if (m_isStop)
@@ -122,7 +137,7 @@ void DownloadManager::onDownloadProgress(qint64 received, qint64 total)
 
 void DownloadManager::onFinished()
 {
-    m_isStop = true;
+    setRunning(false);
     int status = 0;
     if (m_reply) {
         status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();

@@ -30,6 +30,8 @@ public:
     void removeFile(const QString& fileName); ///< if it is there
     void setSupportRange(bool supportRange);  ///< for the next start
     QString getDownloadUrl() const;           ///< of the transfer that was started last
+    /// How long nothing may come before a transfer fails; 30 s unless set. For the next start.
+    void setSilenceLimitMs(int ms);
 
 signals:
     /// Bytes so far and in all; the latter is -1 where the server does not tell it.
@@ -37,9 +39,11 @@ signals:
     /// The transfer ended without a network error.
     /// @param statusCode  of HTTP, 0 without one; the file is in place whatever it is
     void signalReplyFinished(int statusCode);
-    /// The network or the disk failed, fewer bytes came than were told, or the status was 400 or above. Nothing is
-    /// left of the transfer; the target is as it was.
+    /// The network or the disk failed, nothing came for too long, fewer bytes came than were told, or the status was
+    /// 400 or above. Nothing is left of the transfer; the target is as it was.
     void signalDownloadError();
+    /// A transfer has started, or has ended in whatever way, stopWork() among them. Comes before the other signals.
+    void signalRunning(bool running);
 
 public slots:
     void onDownloadProgress(qint64 received, qint64 total);
@@ -50,6 +54,7 @@ public slots:
 private:
     QNetworkRequest request() const;
     bool isCutOff() const;
+    void setRunning(bool running);
     void putInPlace();
     void fail(const QString& reason);
 
@@ -63,4 +68,5 @@ private:
     qint64 m_bytesCurrentReceived = 0; ///< where to resume: bytes that an earlier reply left on disk
     bool m_isStop = true;              ///< no transfer runs
     QNetworkReply* m_reply = nullptr;  ///< stays after its end, until the next start or stopWork()
+    int m_silenceLimitMs = 30000;
 };

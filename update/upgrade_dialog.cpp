@@ -61,12 +61,19 @@ void UpgradeDialog::startDownload(const QString& url, const QString& fileName)
     if (!checkArguments())
         return;
     m_manager = std::make_unique<DownloadManager>();
+    m_manager->setSilenceLimitMs(m_silenceLimitMs);
     // signalDownloadError() has no slot: after a failure the dialog stays as it is.
+    connect(m_manager.get(), &DownloadManager::signalRunning, m_ui->buttonRestart, &QWidget::setDisabled);
     connect(m_manager.get(), &DownloadManager::signalDownloadProcess, this, &UpgradeDialog::onDownloadProcess);
     connect(m_manager.get(), &DownloadManager::signalReplyFinished, this, &UpgradeDialog::onReplyFinished);
     m_started = true;
     m_rate.add(m_clock.elapsed(), 0);
     m_manager->downloadFile(m_url, m_fileName);
+}
+
+void UpgradeDialog::setSilenceLimitMs(int ms)
+{
+    m_silenceLimitMs = ms;
 }
 
 void UpgradeDialog::onRestart()
@@ -82,8 +89,16 @@ bool UpgradeDialog::checkArguments()
     if (!m_url.isEmpty() && !m_fileName.isEmpty())
         return true;
     auto* message = new QXMessageDialog;
+    message->setWindowFlag(Qt::WindowStaysOnTopHint);
+    message->setWindowTitle(windowTitle());
     message->setText(tr("参数错误"));
     message->show();
+    const auto bringToFront = [message] {
+        message->raise();
+        message->activateWindow();
+    };
+    // Later, since whoever calls shows this dialog next.
+    QMetaObject::invokeMethod(message, bringToFront, Qt::QueuedConnection);
     return false;
 }
 

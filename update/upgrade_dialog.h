@@ -16,7 +16,8 @@ class UpgradeDialog;
 /// Downloads an installer, shows how far it is, and asks at the end whether to open it.
 ///
 /// It closes itself only when the installer has come with status 200. After a failure it stays open with the progress
-/// where it stopped, and the person may start anew (docs/architecture.md, "Kept behaviour"). Closing it gives up a
+/// where it stopped, and the person may start anew (docs/architecture.md, "Kept behaviour") by a button that is
+/// disabled while a transfer runs. Closing it gives up a
 /// transfer that runs, of which no file is left. GUI thread.
 class UpgradeDialog : public QDialog
 {
@@ -30,6 +31,8 @@ public:
     /// @param url       of the installer
     /// @param fileName  where it goes; a file of that name is replaced at the end
     void startDownload(const QString& url, const QString& fileName);
+    /// How long nothing may come before the download fails; 30 s unless set. For the next startDownload().
+    void setSilenceLimitMs(int ms);
 
     void done(int result) override; ///< every way of closing comes through here
 
@@ -60,5 +63,6 @@ private:
     TransferRate m_rate;
     QElapsedTimer m_clock;
     QTimer m_rateTimer;
+    int m_silenceLimitMs = 30000;
     std::unique_ptr<DownloadManager> m_manager;
 };

@@ -890,7 +890,7 @@ Write something in the editor and press Print; it comes out here.</translation>
     </message>
     <message>
         <source>重新下载</source>
-        <translation>Restart</translation>
+        <translation>Download again</translation>
     </message>
     <message>
         <source>取消</source>

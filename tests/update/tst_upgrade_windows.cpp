@@ -188,10 +188,16 @@ private slots:
         for (const auto& [url, file] : {std::pair("", "x"), std::pair("x", "")}) {
             UpgradeDialog dialog;
             dialog.startDownload(url, file);
-            for (int i = 0; i < 2; ++i) {
-                QCOMPARE(text(shown<QXMessageDialog>(), "label"), QString("参数错误"));
-                shown<QXMessageDialog>()->close();
-                click(&dialog, "buttonRestart");
+            for (const bool again : {false, true}) {
+                if (again)
+                    click(&dialog, "buttonRestart");
+                auto* message = shown<QXMessageDialog>();
+                QCOMPARE(text(message, "label"), QString("参数错误"));
+                QVERIFY(message->windowTitle() == dialog.windowTitle() &&
+                        message->windowFlags() & Qt::WindowStaysOnTopHint);
+                dialog.show(); // as the offer does then
+                QVERIFY(QTest::qWaitForWindowActive(message));
+                message->close();
             }
         }
     }
@@ -199,23 +205,40 @@ private slots:
     void failsAndStartsAnew()
     {
         UpgradeDialog dialog;
+        const auto* restart = dialog.findChild<QPushButton*>("buttonRestart");
         const auto* bar = dialog.findChild<QProgressBar*>();
         m_service.setInstaller({60000, Length::Told, 200, 0, 60000, 30000});
         dialog.startDownload(m_service.installerPath(), m_file);
         dialog.show();
+        QVERIFY(!restart->isEnabled());
         QTRY_VERIFY(!text(&dialog, "labelRate").startsWith("0 B"));
         const QString rate = text(&dialog, "labelRate");
         QTRY_VERIFY(bar->value() > 0 && !QFile::exists(m_file + "_tmp"));
         QTRY_VERIFY(text(&dialog, "labelRate") != rate); // it goes down now
-        QVERIFY(dialog.isVisible());
+        QVERIFY(dialog.isVisible() && restart->isEnabled());
         m_service.setInstaller({70000, Length::Told, 206});
         click(&dialog, "buttonRestart");
         QTRY_COMPARE(QFileInfo(m_file).size(), 70000);
+        QTRY_VERIFY(restart->isEnabled());
         QVERIFY(dialog.isVisible() && !shown<QXMessageDialog>());
         m_service.setInstaller({80000});
         click(&dialog, "buttonRestart");
         QTRY_VERIFY(shown<QXMessageDialog>());
         QVERIFY(!dialog.isVisible() && QFile::remove(m_file));
+    }
+
+    void failsWhenNothingMoves()
+    {
+        UpgradeDialog dialog;
+        dialog.setSilenceLimitMs(300);
+        m_service.setInstaller({300000, Length::Told, 200, 0, 0, -1, 100000});
+        dialog.startDownload(m_service.installerPath(), m_file);
+        dialog.show();
+        QTRY_COMPARE(QFileInfo(m_file + "_tmp").size(), 100000);
+        QTRY_VERIFY(dialog.findChild<QPushButton*>("buttonRestart")->isEnabled());
+        QVERIFY(dialog.isVisible() && !shown<QXMessageDialog>() && !QFile::exists(m_file + "_tmp"));
+        click(&dialog, "buttonRestart");
+        QVERIFY(!dialog.findChild<QPushButton*>("buttonRestart")->isEnabled());
     }
 
     void isGivenUp()
