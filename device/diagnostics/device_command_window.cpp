@@ -38,8 +38,7 @@ TestDeviceCommandWindow::TestDeviceCommandWindow(QWidget* parent)
     m_ui->setupUi(this);
     m_sender = new CommandSender(m_ui->notice);
     m_ui->log->setUndoRedoEnabled(false); // it would keep every line twice
-    for (std::size_t row = 0; row < diagnosticCommands().size(); ++row)
-        addDiagnosticItem(m_ui->list);
+    makeDiagnosticItems(m_ui->list, static_cast<int>(diagnosticCommands().size()));
     retranslate();
     connectDiagnosticList(m_ui->list, this, &TestDeviceCommandWindow::onItemClicked);
 }
@@ -52,6 +51,7 @@ void TestDeviceCommandWindow::retranslate()
     int row = 0;
     for (const DiagnosticCommand& command : diagnosticCommands())
         diagnosticItem(m_ui->list, row++)->setCommand(labelOf(command), command.code);
+    fitDiagnosticItems(m_ui->list);
 }
 
 /// Not QTextEdit::append(), which would read what the device says as HTML where it looks like it.

@@ -23,8 +23,7 @@ TestMainWindow::TestMainWindow(QWidget* parent)
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     m_ui->setupUi(this);
-    for (int row = 0; row < kEntries; ++row)
-        addDiagnosticItem(m_ui->list);
+    makeDiagnosticItems(m_ui->list, kEntries);
     retranslate();
     connectDiagnosticList(m_ui->list, this, &TestMainWindow::onItemClicked);
 }
@@ -42,6 +41,7 @@ void TestMainWindow::retranslate()
                                                   tr("测试-版本升级"), tr("测试--动态走纸指令")};
     for (int row = 0; row < kEntries; ++row)
         diagnosticItem(m_ui->list, row)->setEntry(row + 1, labels[static_cast<std::size_t>(row)]);
+    fitDiagnosticItems(m_ui->list);
 }
 
 QWidget* TestMainWindow::makeWindow(int row)

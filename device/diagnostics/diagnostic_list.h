@@ -7,8 +7,10 @@ class TestMainItem;
 
 // What the lists of the diagnostic windows have in common. GUI thread.
 
-/// Appends an empty row.
-void addDiagnosticItem(QListWidget* list);
+/// Gives a list its look and so many empty rows.
+void makeDiagnosticItems(QListWidget* list, int count);
+/// Makes each row as high as its text, which another language may change: Chinese letters are higher than Latin ones.
+void fitDiagnosticItems(QListWidget* list);
 TestMainItem* diagnosticItem(const QListWidget* list, int row);
 
 /// Calls `slot` for a click on a row, and for Return on the current one.

@@ -97,7 +97,12 @@ private slots:
         int row = 0;
         for (const char* text : rows)
             QCOMPARE(rowText(&window, row++), QString(text));
-        QCOMPARE(window.findChild<QListWidget*>("list")->count(), row);
+        const auto* list = window.findChild<QListWidget*>("list");
+        QCOMPARE(list->count(), row);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        for (const auto* label : list->findChildren<QLabel*>()) // Chinese letters are high
+            QVERIFY2(label->height() >= label->sizeHint().height(), qPrintable(label->text()));
     }
 
     /// From the click to the block in the log, through the hub and the receive thread.
