@@ -3,29 +3,12 @@
 #include "app/globals/model.h"
 #include "app/globals/settings.h"
 #include "app/globals/sheet_model.h"
+#include "app/language/language_switch.h"
 #include "ui_language_window.h"
 
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QEvent>
 #include <QPushButton>
-#include <QSettings>
-#include <QTranslator>
-
-namespace {
-
-const QString kTranslationEnglish = QStringLiteral(":/com/quillbox/language/quillbox_en_WW.qm");
-
-// Every switch adds a translator, and all of them live as long as the process: the newest is asked first.
-void switchLanguage(const QString& resource, const QString& code)
-{
-    auto* translator = new QTranslator;
-    translator->load(resource);
-    QCoreApplication::installTranslator(translator);
-    QSettings(kOrganization, kApplication).setValue(kLanguageKey, code);
-}
-
-} // namespace
 
 LanguageWindow::LanguageWindow(QWidget* parent)
     : QWidget(parent)
@@ -48,12 +31,12 @@ LanguageWindow::~LanguageWindow() = default;
 
 void LanguageWindow::slotsTrEn_WW()
 {
-    switchLanguage(kTranslationEnglish, kLanguageEnglish);
+    switchLanguage(kLanguageEnglish);
 }
 
 void LanguageWindow::slotsTrZH_CN()
 {
-    switchLanguage(kTranslationChinese, kLanguageChinese);
+    switchLanguage(kLanguageChinese);
 }
 
 void LanguageWindow::slotsCBDevicesIndexChanged(int index)

@@ -347,6 +347,13 @@
     </message>
 </context>
 <context>
+    <name>LanguageSwitch</name>
+    <message>
+        <source>zh_CN</source>
+        <translation>en_WW</translation>
+    </message>
+</context>
+<context>
     <name>LanguageWindow</name>
     <message>
         <source>Form</source>

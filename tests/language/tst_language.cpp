@@ -1,5 +1,6 @@
 #include "app/globals/model.h"
 #include "app/globals/sheet_model.h"
+#include "app/language/language_switch.h"
 #include "app/language/language_window.h"
 
 #include <QAbstractItemView>
@@ -27,6 +28,7 @@ private slots:
             QCOMPARE(window.findChild<QLabel*>()->text(), QString(chinese ? "这是一段翻译" : "A sample text"));
             QCOMPARE(QMessageBox::tr("Show Details..."), QString(chinese ? "显示详情..." : "Show Details..."));
             QCOMPARE(QSettings("Quillbox", "App_Start").value("language").toString(), language);
+            QCOMPARE(shownLanguage(), language);
         }
     }
 
