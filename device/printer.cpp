@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kRefused = -1;
 constexpr int kFrameFailed = -2;
+constexpr int kStopped = -3;
 
 thread_local int t_bytesOfFailedWrite = 0;
 
@@ -125,10 +126,17 @@ int Printer::sendPrintData(const unsigned char* bytes, int size)
 
 int Printer::sendRaster(const unsigned char* raster, int size)
 {
+    return sendRaster(raster, size, [](int, int) { return true; });
+}
+
+int Printer::sendRaster(const unsigned char* raster, int size, const RasterObserver& goOn)
+{
     if (!raster || size < 0)
         return kRefused;
     int number = 1;
     for (int sent = 0; sent < size; sent += kPrintDataPayload, ++number) {
+        if (!goOn(sent, size))
+            return kStopped;
         const int piece = qMin(kPrintDataPayload, size - sent);
         t_bytesOfFailedWrite = 0;
         const int result = sendPrintData(raster + sent, piece);
@@ -138,7 +146,7 @@ int Printer::sendRaster(const unsigned char* raster, int size)
                  << piece + kFrameOverhead << "bytes sent, result" << result;
         return kFrameFailed;
     }
-    return 0;
+    return goOn(size, size) ? 0 : kStopped;
 }
 
 void Printer::noteFailedWrite(int bytesSent)

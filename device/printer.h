@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 
 /// The port has been opened. Process-wide; any thread, no lock.
 extern std::atomic<bool> g_portOpen;
@@ -66,6 +67,13 @@ public:
     /// @return      0; -1 for a null raster or a negative size; -2 when a frame failed, with those before it printed
     ///              and a line in the log that says how far the job came
     int sendRaster(const unsigned char* raster, int size);
+
+    /// Asked before each frame and once after the last, with the bytes of the raster that have left.
+    /// @return  whether to go on
+    using RasterObserver = std::function<bool(int sent, int total)>;
+    /// The same, and stops where the observer says so, which leaves no frame half sent.
+    /// @return  also -3: stopped by the observer
+    int sendRaster(const unsigned char* raster, int size, const RasterObserver& goOn);
 
 signals:
     /// The port has just been opened and the key exchanged. Emitted in the thread that called connectUsb().

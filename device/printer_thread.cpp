@@ -57,6 +57,7 @@ PrinterThread::PrinterThread(QObject* parent)
     : QThread(parent)
     , m_printer(printerConnection())
 {
+    connect(this, &QThread::finished, this, &PrinterThread::forgetCancel, Qt::DirectConnection);
 }
 
 PrinterThread::~PrinterThread()
@@ -65,6 +66,8 @@ PrinterThread::~PrinterThread()
     requestInterruption();
     quit();
     wait();
+    const std::lock_guard<std::mutex> lock(
+        m_jobMutex); // the last of forgetCancel(), in the job's thread, comes first
 }
 
 void PrinterThread::setImage(const QImage& image, int printType)
@@ -72,6 +75,21 @@ void PrinterThread::setImage(const QImage& image, int printType)
     const std::lock_guard<std::mutex> lock(m_jobMutex);
     m_image = image;
     m_printType = printType;
+}
+
+/// A thread runs from within start() on, before it is in run(), and no longer when it has announced its end. So a
+/// cancel that comes right behind start() counts, and one that comes too late is not kept for the next job.
+void PrinterThread::cancel()
+{
+    const std::lock_guard<std::mutex> lock(m_jobMutex);
+    if (isRunning())
+        m_canceled = true;
+}
+
+void PrinterThread::forgetCancel()
+{
+    const std::lock_guard<std::mutex> lock(m_jobMutex);
+    m_canceled = false;
 }
 
 void PrinterThread::run()
@@ -92,17 +110,35 @@ PrinterThread::Result PrinterThread::printStoredImage()
     if (image.isNull())
         return {1, QStringLiteral("image is null")};
 
+    const Result canceled{0, QStringLiteral("canceled")};
+    if (m_canceled)
+        return canceled;
     const QString connectionFailed = tr("连接失败,请尝试\n1.检查设备是否开启\n2.检查设备是否连接\n3.重新插拔USB");
     if (!m_printer->connectUsb())
-        return {1, connectionFailed};
+        return m_canceled ? canceled : Result{1, connectionFailed};
     if (!isPrintPathAvailable())
         return {1, tr("连接失败,重新启动APP")};
 
     qDebug() << "QxPrintThread::run" << QDateTime::currentSecsSinceEpoch();
     const Raster raster = rasterOf(std::move(image), printType);
-    if (m_printer->sendRaster(raster.bytes.get(), raster.size) != 0)
+    const int result = sendObserved(raster.bytes.get(), raster.size);
+    if (m_canceled)
+        return canceled; // also when the last frame failed: nobody waits for this page
+    if (result != 0)
         return {1, connectionFailed};
     m_printer->sendFeedLines(kFeedAfterJob);
     qDebug() << "QxPrintThread::run sent" << raster.size << "bytes";
     return {0, QStringLiteral("send success")};
+}
+
+int PrinterThread::sendObserved(const unsigned char* raster, int size)
+{
+    qint64 told = -1; // percent
+    return m_printer->sendRaster(raster, size, [&](int sent, int total) {
+        const qint64 percent = total > 0 ? qint64{sent} * 100 / total : 100;
+        if (percent != told)
+            emit progressed(sent, total);
+        told = percent;
+        return !m_canceled;
+    });
 }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QThread>
 
+#include <atomic>
 #include <mutex>
 
 class PrinterWin;
@@ -11,8 +12,8 @@ class PrinterWin;
 /// Prints one picture a run: turns it into dots, packs them, sends them and feeds the print past the tear bar.
 ///
 /// setImage() and start() belong to the thread that owns the object. A picture that is set while a job runs waits for
-/// the next start(), unless another one is set before. A running job cannot be cancelled; destruction waits for its end
-/// without a limit.
+/// the next start(), unless another one is set before. Destruction cancels nothing and waits for the job's end without
+/// a limit.
 class PrinterThread : public QThread
 {
     Q_OBJECT
@@ -34,11 +35,20 @@ public:
     /// @param printType  a PrintType; with any other number only pure black is burnt
     void setImage(const QImage& image, int printType);
 
+    /// Ends the job that was started last before its next frame, unless it has ended; one that is started later is not
+    /// concerned. What has left is printed, and no feed follows. The interruption of the thread does not do that. Any
+    /// thread; does not wait.
+    void cancel();
+
 signals:
     /// Exactly one a run, emitted in the job's thread while isRunning() is still true.
-    /// @param resultCode  0 for a page sent whole, else 1
+    /// @param resultCode  0 for a page sent whole or cancelled, else 1
     /// @param message     for code 1 a text for the user
     void resultReady(int resultCode, QString message);
+    /// How much of the raster has left, from none to all of it, at most once a whole percent. Emitted in the job's
+    /// thread.
+    /// @param sent, total  bytes
+    void progressed(int sent, int total);
 
 protected:
     void run() override;
@@ -53,9 +63,12 @@ private:
         QString message;
     };
     Result printStoredImage();
+    int sendObserved(const unsigned char* raster, int size);
+    void forgetCancel();
 
     PrinterWin* m_printer;
-    std::mutex m_jobMutex; ///< guards the two below while they are handed over, never during a job
+    std::atomic<bool> m_canceled{false}; ///< the job that runs; changed under the mutex, read by the job without it
+    std::mutex m_jobMutex;               ///< guards the two below while they are handed over, never during a job
     QImage m_image;
     int m_printType = PrintPhoto;
 };

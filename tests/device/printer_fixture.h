@@ -8,6 +8,8 @@
 
 #include <QtTest>
 
+#include <functional>
+
 /// Model and "connected" flag, which a window sets once the model reply is there.
 inline void setModel(int index, bool confirmed)
 {
@@ -30,8 +32,10 @@ inline unsigned char* bytesOf(QByteArray& bytes)
 }
 
 /// Runs the job that the thread holds to its end.
-/// @return  code and text of each report
-inline QStringList runStoredJob(PrinterThread& thread)
+/// @param meanwhile  called right behind the start
+/// @return           code and text of each report
+inline QStringList runStoredJob(
+    PrinterThread& thread, const std::function<void()>& meanwhile = [] {})
 {
     std::mutex mutex;
     QStringList reports;
@@ -42,6 +46,7 @@ inline QStringList runStoredJob(PrinterThread& thread)
     };
     const auto kept = QObject::connect(&thread, &PrinterThread::resultReady, &thread, keep, Qt::DirectConnection);
     thread.start();
+    meanwhile();
     if (!thread.wait(60000))
         qFatal("the job does not end");
     const std::lock_guard<std::mutex> lock(mutex); // before the slot is deleted, which the job's thread has read
