@@ -7,6 +7,7 @@
 #include "demo/paper_window.h"
 #include "demo/print_sample.h"
 #include "demo/sample_page.h"
+#include "demo/side_by_side.h"
 #include "simulator/simulated_port.h"
 
 #include <QApplication>
@@ -74,12 +75,14 @@ bool parse(const QCoreApplication& app, bool display, Options* options)
     return true;
 }
 
-/// The client at the left of the screen, the paper at its right, as far as there is room.
-void placeSideBySide(QWidget& client, QWidget& paper)
+void place(QWidget& client, PaperWindow& paper)
 {
+    const QMargins usualFrame(2, 32, 2, 6); // is not known before the windows are shown
     const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-    client.move(room.left() + 20, room.top() + 40);
-    paper.move(qMin(client.x() + client.width() + 20, room.right() - paper.width()), client.y());
+    const SideBySide places = placeSideBySide(room, client.size(), paper.size(), paper.minimumSizeHint(), usualFrame);
+    client.move(places.client);
+    paper.move(places.paper);
+    paper.makeRoom(places.paperSize);
 }
 
 int runWindows(const Options& options)
@@ -104,8 +107,8 @@ int runWindows(const Options& options)
     } else {
         window.keepDrafts(draftsFolder() + QStringLiteral("-demo")); // what one tries out is not the person's page
     }
+    place(window, paper);
     paper.show();
-    placeSideBySide(window, paper);
     window.show(); // last, so that it is the one to write in
     const int result = QApplication::exec();
     window.stopThreads();

@@ -4,6 +4,7 @@
 #include "demo/frame_log_model.h"
 #include "demo/paper_style.h"
 #include "demo/paper_view.h"
+#include "demo/wrapping_layout.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -31,9 +32,13 @@ namespace {
 
 constexpr int kPollMs = 60; ///< a job changes the printer thousands of times a second
 constexpr int kLogHeight = 190;
-constexpr int kLowestLog = 90;
-constexpr int kLowestPaper = 200;
-constexpr int kGroupGap = 14; ///< in the printer's bar, beside the spacing
+constexpr int kSmallLogHeight = 104; ///< on a small screen
+constexpr int kLowestLog = 40;
+constexpr int kLowestPaper = 88; ///< the printer and the desk above it
+constexpr int kWidth = 760;      ///< where the screen has room
+constexpr int kHeight = 720;
+constexpr int kNarrowestPaper = 320; ///< the printer has no room for its texts in less, beside a scroll bar
+constexpr int kGroupGap = 20;        ///< in the printer's bar
 constexpr int kRowPadding = 6;
 constexpr int kColumnDigits[] = {14, 6, 25, 5, 8}; ///< widths of the columns but the last, in digits
 constexpr int kDotsPerMillimetre = 8;
@@ -128,6 +133,21 @@ QFrame* bar(const char* name, const QVector<QWidget*>& widgets, int spacing = 6)
     auto* frame = new QFrame;
     frame->setObjectName(QLatin1String(name));
     addAll(new QHBoxLayout(frame), widgets, spacing);
+    return frame;
+}
+
+/// The same on as many rows as the width asks for.
+QFrame* wrappingBar(const char* name, const QVector<QWidget*>& widgets, int spacing = 6)
+{
+    auto* frame = new QFrame;
+    frame->setObjectName(QLatin1String(name));
+    auto* layout = new WrappingLayout(frame, spacing);
+    for (QWidget* widget : widgets) {
+        if (widget)
+            layout->addWidget(widget);
+        else
+            layout->startRightGroup();
+    }
     return frame;
 }
 
@@ -226,18 +246,18 @@ void PaperWindow::makeLayout()
 {
     QFrame* models = bar("models", {m_buttons[ModelK1], m_buttons[ModelK2]}, 0);
     QFrame* conditions = bar("conditions", {m_buttons[Ready], m_buttons[PaperOut], m_buttons[CoverOpen]}, 0);
-    QFrame* printer =
-        bar("printerBar", {m_labels[ModelLabel], models, m_pluggedIn, m_labels[ConditionLabel], conditions, nullptr});
-    auto* printerLayout = static_cast<QHBoxLayout*>(printer->layout());
-    printerLayout->insertSpacing(3, kGroupGap);
-    printerLayout->insertSpacing(2, kGroupGap);
-    QFrame* paper =
-        bar("paperBar", {m_buttons[Save], m_buttons[TearOff], m_buttons[Language], m_buttons[Diagnostics], nullptr,
-                         m_buttons[ZoomOut], m_buttons[ZoomReset], m_buttons[ZoomIn], m_buttons[FitWidth]});
+    QFrame* printer = wrappingBar("printerBar",
+                                  {bar("modelGroup", {m_labels[ModelLabel], models}), m_pluggedIn,
+                                   bar("conditionGroup", {m_labels[ConditionLabel], conditions})},
+                                  kGroupGap);
+    QFrame* zoom =
+        bar("zoomGroup", {m_buttons[ZoomOut], m_buttons[ZoomReset], m_buttons[ZoomIn], m_buttons[FitWidth]});
+    QFrame* paper = wrappingBar("paperBar", {m_buttons[Save], m_buttons[TearOff], m_buttons[Language],
+                                             m_buttons[Diagnostics], nullptr, zoom});
     QFrame* log = bar("logBar", {m_labels[LogTitle], nullptr, m_buttons[ClearLog]});
-    QFrame* status =
-        bar("statusBar",
-            {m_labels[FrameCount], m_labels[CrcErrors], m_labels[KeyExchanges], nullptr, m_labels[PaperLength]}, 18);
+    QFrame* status = wrappingBar(
+        "statusBar",
+        {m_labels[FrameCount], m_labels[CrcErrors], m_labels[KeyExchanges], nullptr, m_labels[PaperLength]}, 18);
 
     auto* splitter = new QSplitter(Qt::Vertical);
     splitter->setHandleWidth(5);
@@ -248,9 +268,17 @@ void PaperWindow::makeLayout()
     splitter->setStretchFactor(1, 0);
     addAll(new QVBoxLayout(this), {printer, splitter, status}, 0);
     m_paper->setObjectName(QStringLiteral("paper"));
-    m_paper->setMinimumHeight(kLowestPaper);
-    resize(760, 720);
+    m_paper->setMinimumSize(kNarrowestPaper, kLowestPaper);
+    resize(kWidth, kHeight);
     splitter->setSizes({height() - kLogHeight, kLogHeight});
+}
+
+void PaperWindow::makeRoom(const QSize& size)
+{
+    resize(size);
+    m_paper->setFitToWidth(size.width() < kWidth);
+    if (size.height() < kHeight)
+        findChild<QSplitter*>()->setSizes({size.height() - kSmallLogHeight, kSmallLogHeight});
 }
 
 void PaperWindow::makeLog()

@@ -27,6 +27,10 @@ public:
     explicit PaperWindow(SimulatedPrinter& printer, QWidget* parent = nullptr);
     ~PaperWindow() override;
 
+    /// Takes a size. Where it is less than the window would like to have, the paper is shown in its whole width, and
+    /// little of the log.
+    void makeRoom(const QSize& size);
+
 signals:
     /// The person wants another language.
     void languageAsked();

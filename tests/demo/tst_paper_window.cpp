@@ -1,6 +1,7 @@
 #include "demo/frame_log_model.h"
 #include "demo/paper_view.h"
 #include "demo/paper_window.h"
+#include "demo/side_by_side.h"
 #include "simulator/wire_frame.h"
 
 #include <QAbstractButton>
@@ -105,6 +106,56 @@ private slots:
         QWheelEvent turn(mouse, {}, {}, {0, 120}, Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(m_paper->viewport(), &turn);
         QCOMPARE(m_paper->dotArea().topLeft() + dot * 2, mouse);
+    }
+
+    /// Beside the client on a small screen; with a scroll bar and without.
+    void fitsWidth()
+    {
+        const auto fits = [this] {
+            const int margin = qRound(32 * m_paper->zoom());
+            const QRect paper = m_paper->dotArea().adjusted(-margin, 0, margin, 0);
+            const QRect room = m_paper->viewport()->rect();
+            return m_paper->horizontalScrollBar()->maximum() == 0 && paper.left() >= 0 &&
+                   paper.right() < room.right() &&
+                   (paper.width() + 2 * 24 + 12 >= room.width() || m_paper->zoom() == PaperView::kLargestZoom);
+        };
+        m_window->makeRoom({352, 500});
+        QTRY_COMPARE(m_window->size(), QSize(352, 500));
+        for (const auto* each : m_window->findChildren<QAbstractButton*>()) {
+            if (each->isVisible())
+                QVERIFY2(!each->visibleRegion().isEmpty() && each->visibleRegion().boundingRect() == each->rect(),
+                         qPrintable(each->objectName()));
+        }
+        for (const int lines : {0, 900}) {
+            printUpTo(lines);
+            for (const int width : {352, 1500, 700}) {
+                m_window->resize(width, 500);
+                QTRY_COMPARE(m_window->width(), width);
+                QVERIFY(fits());
+            }
+            QCOMPARE(m_paper->verticalScrollBar()->isVisible(), lines > 0);
+        }
+        click("tearOff");
+        QTRY_VERIFY(!m_paper->verticalScrollBar()->isVisible());
+        QVERIFY(fits());
+        QVERIFY(button("fitWidth")->isChecked());
+    }
+
+    void standsBesideTheClient()
+    {
+        const QSize client(600, 460);
+        const QMargins frame(2, 32, 2, 6);
+        for (const auto& [room, paper, apart] : {std::tuple(QRect(0, 0, 1920, 1080), QSize(760, 720), true),
+                                                 {QRect(0, 0, 1440, 900), QSize(760, 720), true},
+                                                 {QRect(0, 30, 960, 510), QSize(352, 472), true}, // dense 1920 x 1080
+                                                 {QRect(70, 0, 800, 570), QSize(330, 532), false}}) {
+            const SideBySide places = placeSideBySide(room, client, {760, 720}, {330, 300}, frame);
+            const QRect clientFrame(places.client, client.grownBy(frame));
+            const QRect paperFrame(places.paper, places.paperSize.grownBy(frame));
+            QCOMPARE(places.paperSize, paper);
+            QVERIFY(room.contains(clientFrame) && room.contains(paperFrame));
+            QCOMPARE(!clientFrame.intersects(paperFrame), apart);
+        }
     }
 
     void tearsOffAndSaves()
