@@ -1,5 +1,6 @@
 #include "app/dialogs/about_quillbox_dialog.h"
 
+#include "app/globals/version.h"
 #include "ui_about_quillbox_dialog.h"
 
 #include <QDesktopServices>
@@ -7,7 +8,6 @@
 #include <QUrl>
 
 namespace {
-const QString kVersion = QStringLiteral("V1.0.0");
 const QString kSite = QStringLiteral("https://www.quillbox.example/");
 } // namespace
 
@@ -26,7 +26,7 @@ AboutQuillboxDialog::~AboutQuillboxDialog() = default;
 
 void AboutQuillboxDialog::setComposedTexts()
 {
-    m_ui->labelVersion->setText(tr("版本:") + kVersion);
+    m_ui->labelVersion->setText(tr("版本:") + QLatin1Char('V') + QLatin1String(kClientVersion));
     m_ui->labelLink->setText(QStringLiteral("<a style='color: black;' href = '") + kSite + QStringLiteral("'>") +
                              tr("羽毛盒官网") + QStringLiteral("</a>"));
 }

@@ -99,6 +99,7 @@ private slots:
         // Qt adds the parts of a title bar to the one flag.
         QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint && !(dialog.windowFlags() & Qt::FramelessWindowHint));
         QCOMPARE(dialog.windowType(), Qt::Window);
+        QCOMPARE(labelOf(dialog, "labelVersion")->text(), QString("版本:V1.0.0"));
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         QDesktopServices::setUrlHandler("https", this, "open");
