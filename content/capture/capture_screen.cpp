@@ -21,6 +21,7 @@
 namespace {
 
 const QColor kVeil(0, 0, 0, 100);
+const QColor kHintGround(0x2b, 0x2f, 0x36, 225); // readable over whatever the screen showed
 
 QString proposedFileName()
 {
@@ -120,10 +121,30 @@ void CaptureScreen::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), Qt::black);
     painter.drawPixmap(monitorInOverlay().topLeft(), m_screen);
     painter.fillRect(rect(), kVeil);
+    if (m_state == State::None)
+        drawFirstHint(painter);
     if (!selection().isEmpty()) {
         drawSelection(painter);
         drawSizeHint(painter);
     }
+}
+
+// Only on the overlay: what is selected is copied from the screen as it was grabbed.
+void CaptureScreen::drawFirstHint(QPainter& painter) const
+{
+    const QString text = tr("拖动选取一块，按 Esc 离开");
+    QFont larger = font();
+    larger.setPointSizeF(larger.pointSizeF() * 1.4);
+    painter.setFont(larger);
+    QRect box(QPoint(), painter.fontMetrics().size(Qt::TextSingleLine, text) + QSize(36, 20));
+    box.moveCenter(monitorInOverlay().center());
+    box.moveTop(monitorInOverlay().top() + monitorInOverlay().height() / 12);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(kHintGround);
+    painter.drawRoundedRect(box, 8, 8);
+    painter.setPen(Qt::white);
+    painter.drawText(box, Qt::AlignCenter, text);
 }
 
 void CaptureScreen::drawSelection(QPainter& painter) const

@@ -72,6 +72,7 @@ private:
     QPixmap selectedPart() const;
     void drawSelection(QPainter& painter) const;
     void drawSizeHint(QPainter& painter) const;
+    void drawFirstHint(QPainter& painter) const;
     void finishSelection();
 
     CaptureScreenWindow* const m_toolBar;

@@ -30,6 +30,10 @@
 <context>
     <name>CaptureScreen</name>
     <message>
+        <source>拖动选取一块，按 Esc 离开</source>
+        <translation>Drag out a piece; Esc leaves</translation>
+    </message>
+    <message>
         <source>save image</source>
         <translation>Save picture</translation>
     </message>

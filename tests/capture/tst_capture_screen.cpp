@@ -113,6 +113,29 @@ private slots:
         QCOMPARE(closes.count(), 1);
     }
 
+    /// It says what to do until the drag begins, and is in no picture: white, which nothing else is here.
+    void hintGoesWithTheDrag()
+    {
+        const QRect place(m_overlay->width() / 2 - 30, m_overlay->height() / 12, 60, 40);
+        const auto hasWhite = [](const QPixmap& picture) {
+            const QImage dots = picture.toImage().convertToFormat(QImage::Format_RGB32);
+            const auto* pixels = reinterpret_cast<const QRgb*>(dots.constBits());
+            return std::count(pixels, pixels + dots.width() * dots.height(), qRgb(255, 255, 255)) > 0;
+        };
+        const auto isHinted = [&] {
+            return hasWhite(
+                QGuiApplication::primaryScreen()->grabWindow(0, place.x(), place.y(), place.width(), place.height()));
+        };
+        QTRY_VERIFY(isHinted());
+        QSignalSpy pictures(m_overlay.get(), &CaptureScreen::signalCompleteCature);
+        QTest::mousePress(m_overlay->windowHandle(), Qt::LeftButton, {}, place.topLeft());
+        QTest::mouseMove(m_overlay->windowHandle(), place.bottomRight());
+        QTRY_VERIFY(!isHinted());
+        QTest::mouseRelease(m_overlay->windowHandle(), Qt::LeftButton, {}, place.bottomRight());
+        perform("Return");
+        QVERIFY(pictures.size() == 1 && !hasWhite(pictures[0][0].value<QPixmap>()));
+    }
+
     // 240 under the veil is 240 * (255 - 100) / 255 = 146. Closing the last window does not end the program.
     void looksAndLeaves()
     {
