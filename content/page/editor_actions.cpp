@@ -1,6 +1,7 @@
 #include "content/page/editor_actions.h"
 
 #include "app/widgets/glyph_button.h"
+#include "content/page/font_size_box.h"
 #include "content/page/text_runs.h"
 
 #include <QImage>
@@ -133,6 +134,8 @@ void EditorActions::fillToolBar(QToolBar& bar) const
     for (const Id id : {Undo, Redo, Bold, Italic, Underline, AlignLeft, AlignCenter, AlignRight, Smaller, Larger}) {
         if (id == Bold || id == AlignLeft || id == Smaller)
             bar.addSeparator();
+        if (id == Larger)
+            bar.addWidget(new FontSizeBox(*m_editor));
         auto* button = new GlyphButton(action(id));
         button->setIconSize(bar.iconSize());
         bar.addWidget(button);

@@ -40,17 +40,44 @@ QVector<TextRun> runsBetween(const QTextDocument& document, int begin, int end)
     return runs;
 }
 
+using SizeChange = std::function<qreal(qreal points)>;
+
+void changeSize(QTextCharFormat& format, const QFont& defaultFont, const SizeChange& change)
+{
+    setPointSize(format, change(pointSize(format, defaultFont)));
+}
+
 // The height of an empty line comes from the format of its paragraph.
-void stepEmptyLines(QTextEdit& editor, const QTextCursor& selection, int direction)
+void changeEmptyLines(QTextEdit& editor, const QTextCursor& selection, const SizeChange& change)
 {
     QTextBlock block = editor.document()->findBlock(selection.selectionStart());
     for (; block.isValid() && block.position() <= selection.selectionEnd(); block = block.next()) {
         if (block.length() > 1)
             continue;
         QTextCharFormat format = block.charFormat();
-        setPointSize(format, nextPointSize(pointSize(format, editor.document()->defaultFont()), direction));
+        changeSize(format, editor.document()->defaultFont(), change);
         QTextCursor(block).setBlockCharFormat(format);
     }
+}
+
+void changeFontSize(QTextEdit& editor, const SizeChange& change)
+{
+    const QFont defaultFont = editor.document()->defaultFont();
+    QTextCursor cursor = editor.textCursor();
+    if (!cursor.hasSelection()) {
+        QTextCharFormat format = editor.currentCharFormat();
+        changeSize(format, defaultFont, change);
+        editor.setCurrentCharFormat(format);
+        return;
+    }
+    cursor.beginEditBlock();
+    for (const TextRun& run : runsBetween(*editor.document(), cursor.selectionStart(), cursor.selectionEnd())) {
+        QTextCharFormat format = run.format;
+        changeSize(format, defaultFont, change);
+        run.select(*editor.document()).setCharFormat(format);
+    }
+    changeEmptyLines(editor, cursor, change);
+    cursor.endEditBlock();
 }
 
 } // namespace
@@ -61,6 +88,11 @@ QTextCursor TextRun::select(QTextDocument& document) const
     cursor.setPosition(begin);
     cursor.setPosition(end, QTextCursor::KeepAnchor);
     return cursor;
+}
+
+QVector<int> usualPointSizes()
+{
+    return {kPointSizes.begin(), kPointSizes.end()};
 }
 
 QVector<TextRun> textRuns(const QTextDocument& document)
@@ -110,6 +142,17 @@ qreal pointSize(const QTextCharFormat& format, const QFont& defaultFont)
     return defaultFont.pointSizeF() * kFactors[step + 2];
 }
 
+qreal commonPointSize(const QTextEdit& editor)
+{
+    qreal common = 0;
+    const bool shared = selectionIs(editor, [&](const QTextCharFormat& format) {
+        const qreal points = pointSize(format, editor.document()->defaultFont());
+        common = common > 0 ? common : points;
+        return qFuzzyCompare(points, common);
+    });
+    return shared ? common : 0;
+}
+
 void setPointSize(QTextCharFormat& format, qreal points)
 {
     format.clearProperty(QTextFormat::FontPixelSize);
@@ -129,20 +172,10 @@ qreal nextPointSize(qreal points, int direction)
 
 void stepFontSize(QTextEdit& editor, int direction)
 {
-    const QFont defaultFont = editor.document()->defaultFont();
-    QTextCursor cursor = editor.textCursor();
-    if (!cursor.hasSelection()) {
-        QTextCharFormat format = editor.currentCharFormat();
-        setPointSize(format, nextPointSize(pointSize(format, defaultFont), direction));
-        editor.setCurrentCharFormat(format);
-        return;
-    }
-    cursor.beginEditBlock();
-    for (const TextRun& run : runsBetween(*editor.document(), cursor.selectionStart(), cursor.selectionEnd())) {
-        QTextCharFormat format = run.format;
-        setPointSize(format, nextPointSize(pointSize(format, defaultFont), direction));
-        run.select(*editor.document()).setCharFormat(format);
-    }
-    stepEmptyLines(editor, cursor, direction);
-    cursor.endEditBlock();
+    changeFontSize(editor, [direction](qreal points) { return nextPointSize(points, direction); });
+}
+
+void setFontSize(QTextEdit& editor, qreal points)
+{
+    changeFontSize(editor, [points](qreal) { return points; });
 }

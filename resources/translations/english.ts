@@ -216,6 +216,13 @@
     </message>
 </context>
 <context>
+    <name>FontSizeBox</name>
+    <message>
+        <source>字号</source>
+        <translation>Font size</translation>
+    </message>
+</context>
+<context>
     <name>FrameLogModel</name>
     <message>
         <source>打印数据</source>

@@ -6,8 +6,10 @@
 #include "content/page/text_runs.h"
 
 #include <QClipboard>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QFontDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
@@ -26,6 +28,7 @@ class EditMainWindowTest : public QObject
     QTemporaryDir m_folder;
 
     QTextEdit* editor() const { return m_window->editor(); }
+    QComboBox* sizeBox() const { return m_window->findChild<QComboBox*>(); }
     QAction* action(EditorActions::Id id) const { return m_window->textActions()->action(id); }
     QVector<TextRun> runs() const { return textRuns(*editor()->document()); }
     QUrl file(const QString& name) const { return QUrl::fromLocalFile(m_folder.filePath(name)); }
@@ -70,16 +73,28 @@ class EditMainWindowTest : public QObject
         return result;
     }
 
-    /// Steps: 'text is typed, @key clicks the button that names the key, + inserts a picture, others are keys.
+    static QWidget* keyboard()
+    {
+        const QWidget* popup = QApplication::activePopupWidget();
+        return popup ? popup->focusWidget() : QApplication::focusWidget();
+    }
+
+    /// Steps: 'text is typed, @key clicks the button that names the key, + inserts a picture, = clicks the box of the
+    /// font size and . the page, others are keys.
     void perform(const QString& steps)
     {
         for (const QString& step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
             if (step.startsWith("'"))
-                QTest::keyClicks(QApplication::focusWidget(), step.mid(1));
+                QTest::keyClicks(keyboard(), step.mid(1));
             else if (step == "+")
                 m_window->slotsInsertImage(filled(9, 9));
+            else if (step == "=")
+                QTest::mouseClick(sizeBox()->lineEdit(), Qt::LeftButton);
+            else if (step == ".")
+                QTest::mouseClick(editor()->viewport(), Qt::LeftButton);
             else if (!step.startsWith("@"))
-                QTest::keySequence(editor(), QKeySequence(step));
+                QTest::keySequence(keyboard(), QKeySequence(step));
+            QCoreApplication::processEvents(); // a click selects what is in the box only then
             for (auto* button : m_window->findChildren<QToolButton*>()) {
                 if (button->toolTip().endsWith(QStringLiteral(" (%1)").arg(step.mid(1))) && step.startsWith("@"))
                     QTest::mouseClick(button, Qt::LeftButton);
@@ -365,6 +380,41 @@ private slots:
             editor()->setHtml(html);
         perform(steps);
         QTEST(page(), "expected");
+    }
+
+    void fontSizeBox_data()
+    {
+        QTest::addColumn<QString>("steps"); // behind "ab20 cd40"
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const QString& steps, const QString& expected, const QString& shown) {
+            QTest::newRow(qPrintable(steps)) << steps << expected << shown;
+        };
+        const QString before = "ab20 cd40 L";
+        row("", before, "40");
+        row("Home Right", before, "20");
+        row("Ctrl+A", before, ""); // mixed
+        row("Ctrl+A = '10.54 Return", "abcd10.5 L", "10.5");
+        row("Ctrl+A = '33 Enter Ctrl+Z", before, "");
+        row("= '33 Return 'x", "ab20 cd40 x33 L", "33");
+        row("= '12 Ctrl+Z Up Return 'x", "ab20 cd40 x48 L", "48"); // what was typed is undone, not the page
+        row("= '22 Up Up Down Return 'x", "ab20 cd40 x24 L", "24");
+        row("= F4 Home Return 'x", "ab20 cd40 x6 L", "6"); // of the list
+        row("= '24 Esc 'x", "ab20 cdx40 L", "40");
+        row("= '24 . End 'x", "ab20 cdx40 L", "40");
+        row("Ctrl+A = Return 'x", "x40 L", "40");
+        for (const QString wrong : {"0", "-8", "5.9", "200.1", "10000", "nan", "1e2x", "abc"})
+            row("= '" + wrong + " Return", before, "40");
+    }
+
+    /// What is no size is refused, and otherwise the page has the keyboard again.
+    void fontSizeBox()
+    {
+        QFETCH(QString, steps);
+        editor()->setHtml("<span style='font-size:20pt'>ab</span><span style='font-size:40pt'>cd</span>");
+        perform("Ctrl+End " + steps);
+        QTEST(page(), "expected");
+        QTEST(sizeBox()->currentText(), "shown");
     }
 
     void fontDialog()
