@@ -33,6 +33,18 @@ constexpr int kHeight = 460;
 constexpr int kConnectingMs = 8000; ///< what the device may take to tell its model
 constexpr int kVanishMs = 200;      ///< until the desktop has painted what was behind the window
 
+/// The button says what the action says, and can be clicked when the action can be invoked.
+void follow(QPushButton* button, const QAction* action)
+{
+    const auto copy = [button, action] {
+        button->setToolTip(action->toolTip());
+        button->setAccessibleName(action->iconText());
+        button->setEnabled(action->isEnabled());
+    };
+    QObject::connect(action, &QAction::changed, button, copy);
+    copy();
+}
+
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent)
@@ -121,11 +133,17 @@ void MainWindow::connectButtons()
 {
     connect(ui->printButton, &QPushButton::clicked, editWindow->printAction(), &QAction::trigger);
     connect(editWindow, &EditMainWindow::signDoPrint, this, &MainWindow::doPrint);
-    connect(ui->pictureButton, &QPushButton::clicked, this, &MainWindow::slotsPickImage);
+    connect(ui->pictureButton, &QPushButton::clicked, editWindow->pictureAction(), &QAction::trigger);
+    connect(editWindow->pictureAction(), &QAction::triggered, this, &MainWindow::slotsPickImage);
     connect(this, &MainWindow::signalsPickImage, editWindow, &EditMainWindow::slotsInsertImage);
-    connect(ui->screenshotButton, &QPushButton::clicked, this, &MainWindow::slotsCaptureScreen);
+    connect(ui->screenshotButton, &QPushButton::clicked, editWindow->captureAction(), &QAction::trigger);
+    connect(editWindow->captureAction(), &QAction::triggered, this, &MainWindow::slotsCaptureScreen);
     ui->fontButton->setVisible(true);
     connect(ui->fontButton, &QPushButton::clicked, this, &MainWindow::onBtnFontClicked);
+    follow(ui->printButton, editWindow->printAction());
+    follow(ui->pictureButton, editWindow->pictureAction());
+    follow(ui->screenshotButton, editWindow->captureAction());
+    follow(ui->fontButton, editWindow->fontAction());
     ui->previewButton->hide();
     ui->diagnosticsButton->hide();
     connect(ui->diagnosticsButton, &QPushButton::clicked, this, &MainWindow::slotsSetLanguage);

@@ -43,8 +43,10 @@ EditMainWindow::EditMainWindow(QWidget* parent)
     , m_holder(new PageHolder(m_editor))
     , m_toolBar(new QToolBar)
     , m_actions(nullptr)
-    , m_printAction(new QAction(this))
-    , m_fontAction(new QAction(this))
+    , m_printAction(addOwnAction({}))
+    , m_fontAction(addOwnAction(QKeySequence(QStringLiteral("Ctrl+T"))))
+    , m_pictureAction(addOwnAction(QKeySequence(QStringLiteral("Ctrl+Shift+I"))))
+    , m_captureAction(addOwnAction(QKeySequence(QStringLiteral("Ctrl+Shift+S"))))
     , m_fileActions(new FileActions(m_editor, this))
     , m_currentFont(font())
 {
@@ -55,8 +57,6 @@ EditMainWindow::EditMainWindow(QWidget* parent)
     m_actions->fillToolBar(*m_toolBar);
 
     m_printAction->setShortcuts(QKeySequence::Print);
-    addAction(m_printAction);
-    addAction(m_fontAction);
     connect(m_printAction, &QAction::triggered, this, &EditMainWindow::printPage);
     connect(m_fontAction, &QAction::triggered, this, &EditMainWindow::chooseFont);
     connect(m_fileActions, &FileActions::emptied, this, [this] { setCurrentFont(m_editor->font()); });
@@ -78,6 +78,14 @@ void EditMainWindow::buildLayout()
     layout->addWidget(m_toolBar);
     layout->addWidget(m_holder, 1);
     setFocusProxy(m_editor);
+}
+
+QAction* EditMainWindow::addOwnAction(const QKeySequence& key)
+{
+    auto* action = new QAction(this);
+    action->setShortcut(key);
+    addAction(action);
+    return action;
 }
 
 QTextEdit* EditMainWindow::editor() const
@@ -176,6 +184,10 @@ QMenu* EditMainWindow::createContextMenu()
     m_actions->fillMenu(*menu);
     menu->addSeparator();
     menu->addAction(m_fontAction);
+    menu->addSeparator();
+    menu->addActions({m_pictureAction, m_captureAction});
+    menu->addSeparator();
+    menu->addAction(m_printAction);
     return menu;
 }
 
@@ -191,8 +203,11 @@ void EditMainWindow::retranslate()
     m_actions->retranslate();
     m_fileActions->retranslate();
     m_printAction->setText(tr("打印"));
-    m_printAction->setToolTip(toolTipOf(*m_printAction));
     m_fontAction->setText(tr("字体..."));
+    m_pictureAction->setText(tr("插入图片..."));
+    m_captureAction->setText(tr("截取屏幕"));
+    for (QAction* action : {m_printAction, m_fontAction, m_pictureAction, m_captureAction})
+        action->setToolTip(toolTipOf(*action));
 }
 
 void EditMainWindow::changeEvent(QEvent* event)

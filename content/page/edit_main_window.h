@@ -32,6 +32,9 @@ public:
     QTextEdit* editor() const;
     QAction* printAction() const { return m_printAction; }
     QAction* fontAction() const { return m_fontAction; }
+    /// Insert a picture of a file, and a piece of the screen: what they do is up to the window around.
+    QAction* pictureAction() const { return m_pictureAction; }
+    QAction* captureAction() const { return m_captureAction; }
     EditorActions* textActions() const { return m_actions; }
     QAction* newAction() const;
     QAction* openAction() const;
@@ -68,6 +71,7 @@ protected:
 
 private:
     void buildLayout();
+    QAction* addOwnAction(const QKeySequence& key);
     void retranslate();
     void settleHiddenWindow();
     void setCurrentFont(const QFont& font);
@@ -79,6 +83,8 @@ private:
     EditorActions* m_actions;
     QAction* m_printAction;
     QAction* m_fontAction;
+    QAction* m_pictureAction;
+    QAction* m_captureAction;
     FileActions* m_fileActions;
     DraftKeeper* m_drafts = nullptr; ///< null where no draft is kept
     QFont m_currentFont;

@@ -88,7 +88,8 @@ bool isUnderlined(const QTextCharFormat& format)
 QString toolTipOf(const QAction& action)
 {
     const QString keys = action.shortcut().toString(QKeySequence::NativeText);
-    return keys.isEmpty() ? action.text() : QStringLiteral("%1 (%2)").arg(action.text(), keys);
+    const QString text = action.iconText(); // without the dots of an action that asks something first
+    return keys.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(text, keys);
 }
 
 EditorActions::EditorActions(QTextEdit* editor, QWidget* owner)

@@ -84,6 +84,14 @@
         <source>字体...</source>
         <translation>Font...</translation>
     </message>
+    <message>
+        <source>插入图片...</source>
+        <translation>Insert picture...</translation>
+    </message>
+    <message>
+        <source>截取屏幕</source>
+        <translation>Capture the screen</translation>
+    </message>
 </context>
 <context>
     <name>EditorActions</name>
@@ -388,22 +396,6 @@
     <message>
         <source>羽毛盒</source>
         <translation>Quillbox</translation>
-    </message>
-    <message>
-        <source>打印</source>
-        <translation>Print</translation>
-    </message>
-    <message>
-        <source>插入图片</source>
-        <translation>Insert picture</translation>
-    </message>
-    <message>
-        <source>截取屏幕</source>
-        <translation>Capture the screen</translation>
-    </message>
-    <message>
-        <source>文字格式</source>
-        <translation>Text format</translation>
     </message>
     <message>
         <source>关于</source>

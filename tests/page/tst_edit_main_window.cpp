@@ -445,7 +445,16 @@ private slots:
     {
         QApplication::clipboard()->clear();
         std::unique_ptr<QMenu> menu(m_window->createContextMenu());
-        QVERIFY(menu->actions().contains(m_window->fontAction()));
+        QSet<QKeySequence> keys;
+        for (const QAction* each : m_window->actions()) {
+            for (const QKeySequence& key : each->shortcuts()) {
+                QVERIFY2(key.isEmpty() || !keys.contains(key), qPrintable(key.toString())); // neither would work
+                keys.insert(key);
+            }
+        }
+        for (QAction* each :
+             {m_window->fontAction(), m_window->pictureAction(), m_window->captureAction(), m_window->printAction()})
+            QVERIFY(menu->actions().contains(each));
         for (const auto id : {EditorActions::Undo, EditorActions::Copy, EditorActions::Paste})
             QVERIFY(menu->actions().contains(action(id)) && !action(id)->isEnabled());
         menu.reset();
