@@ -6,6 +6,9 @@
 #include "app/globals/model.h"
 #include "app/globals/sheet_model.h"
 #include "app/globals/trace.h"
+#include "app/more_actions.h"
+#include "app/newest_version_box.h"
+#include "cloud/client_identity.h"
 #include "cloud/get_sw_version_api.h"
 #include "content/capture/capture_screen.h"
 #include "content/page/edit_main_window.h"
@@ -144,6 +147,7 @@ void MainWindow::connectButtons()
     follow(ui->pictureButton, editWindow->pictureAction());
     follow(ui->screenshotButton, editWindow->captureAction());
     follow(ui->fontButton, editWindow->fontAction());
+    m_moreActions = new MoreActions(*editWindow->moreMenu(), *this);
     ui->previewButton->hide();
     ui->diagnosticsButton->hide();
     connect(ui->diagnosticsButton, &QPushButton::clicked, this, &MainWindow::slotsSetLanguage);
@@ -249,10 +253,27 @@ void MainWindow::onBtnFontClicked()
 void MainWindow::onMenuUpdateClicked()
 {
     auto* check = new GetSWVersionApi(this);
+    m_versionCheck = check;
+    connect(check, &GetSWVersionApi::signalReceived, this, [this, check] {
+        if (m_versionCheck == check) {
+            m_versionCheck = nullptr;
+            m_tellsNewest = false;
+        }
+        check->deleteLater();
+    });
     check->checkVersion([window = QPointer<MainWindow>(this)](const GetSWVersionModel& newest) {
         if (window && newest.mustUpdate)
             window->close();
+        else if (window && window->m_tellsNewest && newest.versionCode.toInt() <= kClientVersionCode)
+            showNewestVersionBox(*window);
     });
+}
+
+void MainWindow::slotsAskForUpdate()
+{
+    m_tellsNewest = true;
+    if (!m_versionCheck)
+        onMenuUpdateClicked();
 }
 
 void MainWindow::onMenuAboutClicked()
@@ -289,6 +310,7 @@ void MainWindow::changeEvent(QEvent* event)
     if (event->type() == QEvent::LanguageChange) {
         ui->retranslateUi(this);
         retranslateMenu();
+        m_moreActions->retranslate();
     }
 }
 

@@ -14,6 +14,8 @@ class MainWindow;
 
 class CaptureScreen;
 class EditMainWindow;
+class GetSWVersionApi;
+class MoreActions;
 class PrinterReadThread;
 class PrinterThread;
 class PrintPreviewWindow;
@@ -83,6 +85,10 @@ public slots:
     void onDeviceInitTimeout();
     void onCheckSetCrcKeyFirstTime(bool isSuccess);
 
+    /// As onMenuUpdateClicked(), for a user who wants to know: that there is nothing newer is said as well, a failure
+    /// is not. A check that is under way answers this one too.
+    void slotsAskForUpdate();
+
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -108,6 +114,10 @@ private:
     ProgressCatRunningDialog* connectingDialog = nullptr; ///< made anew for each connecting phase
     bool deviceBusy = false;                              ///< the connecting dialog is up
     // NOLINTEND(readability-identifier-naming)
+
+    MoreActions* m_moreActions = nullptr;
+    QPointer<GetSWVersionApi> m_versionCheck; ///< the newest one that is under way
+    bool m_tellsNewest = false;               ///< the user asked for it
 
     const std::unique_ptr<QMenuBar> m_menuBar; ///< placed nowhere, so nothing in it can be reached
 };

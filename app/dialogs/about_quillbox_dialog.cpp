@@ -24,9 +24,14 @@ AboutQuillboxDialog::AboutQuillboxDialog(QWidget* parent)
 
 AboutQuillboxDialog::~AboutQuillboxDialog() = default;
 
+QString AboutQuillboxDialog::version()
+{
+    return QLatin1Char('V') + QLatin1String(kClientVersion);
+}
+
 void AboutQuillboxDialog::setComposedTexts()
 {
-    m_ui->labelVersion->setText(tr("版本:") + QLatin1Char('V') + QLatin1String(kClientVersion));
+    m_ui->labelVersion->setText(tr("版本:") + version());
     m_ui->labelLink->setText(QStringLiteral("<a style='color: black;' href = '") + kSite + QStringLiteral("'>") +
                              tr("羽毛盒官网") + QStringLiteral("</a>"));
 }

@@ -18,6 +18,9 @@ public:
     explicit AboutQuillboxDialog(QWidget* parent = nullptr);
     ~AboutQuillboxDialog() override;
 
+    /// What this client calls its version, "V1.0.0".
+    static QString version();
+
 protected:
     void changeEvent(QEvent* event) override;
 

@@ -2,6 +2,7 @@
 
 #include "app/globals/model.h"
 #include "app/globals/sheet_model.h"
+#include "app/widgets/glyph_button.h"
 #include "app/widgets/light_palette.h"
 #include "content/page/draft_keeper.h"
 #include "content/page/editor_actions.h"
@@ -32,6 +33,7 @@ QToolBar::separator { background: #dfdfdf; width: 1px; margin: 5px 6px; }
 QToolButton { background: transparent; border: 1px solid transparent; border-radius: 4px; padding: 3px; margin: 0; }
 QToolButton:hover:enabled { background: #eef3f8; border-color: #dbe4ee; }
 QToolButton:checked { background: #d9e8fa; border-color: #a8c8ec; }
+QToolButton::menu-indicator { image: none; }
 QToolButton:pressed { background: #c6dcf5; border-color: #8fb8e6; }
 )";
 
@@ -47,6 +49,8 @@ EditMainWindow::EditMainWindow(QWidget* parent)
     , m_fontAction(addOwnAction(QKeySequence(QStringLiteral("Ctrl+T"))))
     , m_pictureAction(addOwnAction(QKeySequence(QStringLiteral("Ctrl+Shift+I"))))
     , m_captureAction(addOwnAction(QKeySequence(QStringLiteral("Ctrl+Shift+S"))))
+    , m_moreAction(addOwnAction(QKeySequence(QStringLiteral("F10"))))
+    , m_moreMenu(new QMenu(this))
     , m_fileActions(new FileActions(m_editor, this))
     , m_currentFont(font())
 {
@@ -55,6 +59,9 @@ EditMainWindow::EditMainWindow(QWidget* parent)
     buildLayout();
     m_actions = new EditorActions(m_editor, this);
     m_actions->fillToolBar(*m_toolBar);
+    buildMoreButton();
+    m_moreMenu->addActions({newAction(), openAction(), saveAction()});
+    m_moreMenu->addSeparator();
 
     m_printAction->setShortcuts(QKeySequence::Print);
     connect(m_printAction, &QAction::triggered, this, &EditMainWindow::printPage);
@@ -86,6 +93,22 @@ QAction* EditMainWindow::addOwnAction(const QKeySequence& key)
     action->setShortcut(key);
     addAction(action);
     return action;
+}
+
+void EditMainWindow::buildMoreButton()
+{
+    auto* stretch = new QWidget;
+    stretch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_toolBar->addWidget(stretch);
+    m_moreAction->setIcon(toolBarIcon("more"));
+    auto* button = new GlyphButton(m_moreAction);
+    button->setObjectName(QStringLiteral("moreButton"));
+    button->setIconSize(m_toolBar->iconSize());
+    button->setMenu(m_moreMenu);
+    button->setPopupMode(QToolButton::InstantPopup);
+    m_moreMenu->setPalette(palette());
+    m_toolBar->addWidget(button);
+    connect(m_moreAction, &QAction::triggered, button, &QToolButton::showMenu);
 }
 
 QTextEdit* EditMainWindow::editor() const
@@ -206,7 +229,8 @@ void EditMainWindow::retranslate()
     m_fontAction->setText(tr("字体..."));
     m_pictureAction->setText(tr("插入图片..."));
     m_captureAction->setText(tr("截取屏幕"));
-    for (QAction* action : {m_printAction, m_fontAction, m_pictureAction, m_captureAction})
+    m_moreAction->setText(tr("更多"));
+    for (QAction* action : {m_printAction, m_fontAction, m_pictureAction, m_captureAction, m_moreAction})
         action->setToolTip(toolTipOf(*action));
 }
 

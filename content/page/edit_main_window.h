@@ -47,6 +47,9 @@ public:
     /// Writes the draft at once, if there is one to keep.
     void writeDraft();
 
+    /// The menu of the button at the end of the tool bar, for what concerns more than the text.
+    QMenu* moreMenu() const { return m_moreMenu; }
+
     /// The menu of a click with the other mouse button. The caller owns it.
     QMenu* createContextMenu();
 
@@ -72,6 +75,7 @@ protected:
 private:
     void buildLayout();
     QAction* addOwnAction(const QKeySequence& key);
+    void buildMoreButton();
     void retranslate();
     void settleHiddenWindow();
     void setCurrentFont(const QFont& font);
@@ -85,6 +89,8 @@ private:
     QAction* m_fontAction;
     QAction* m_pictureAction;
     QAction* m_captureAction;
+    QAction* m_moreAction;
+    QMenu* m_moreMenu;
     FileActions* m_fileActions;
     DraftKeeper* m_drafts = nullptr; ///< null where no draft is kept
     QFont m_currentFont;

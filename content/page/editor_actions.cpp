@@ -42,20 +42,6 @@ const ActionRow kRows[EditorActions::Count] = {
      false},
 };
 
-/// Of a strip with the looks of an enabled and a disabled button, in both densities.
-QIcon iconOf(const ActionRow& row)
-{
-    QIcon icon;
-    for (const char* density : {"", "@2x"}) {
-        QImage strip(QStringLiteral(":/new/src/images/%1%2.png").arg(row.icon, density));
-        strip.setDevicePixelRatio(1); // looks are cut in pixels of the file
-        const int side = strip.height();
-        icon.addPixmap(QPixmap::fromImage(strip.copy(0, 0, side, side)), QIcon::Normal);
-        icon.addPixmap(QPixmap::fromImage(strip.copy(side, 0, side, side)), QIcon::Disabled);
-    }
-    return icon;
-}
-
 QList<QKeySequence> shortcutsOf(const ActionRow& row)
 {
     QList<QKeySequence> keys;
@@ -85,6 +71,19 @@ bool isUnderlined(const QTextCharFormat& format)
 
 } // namespace
 
+QIcon toolBarIcon(const char* name)
+{
+    QIcon icon;
+    for (const char* density : {"", "@2x"}) {
+        QImage strip(QStringLiteral(":/new/src/images/%1%2.png").arg(name, density));
+        strip.setDevicePixelRatio(1); // looks are cut in pixels of the file
+        const int side = strip.height();
+        icon.addPixmap(QPixmap::fromImage(strip.copy(0, 0, side, side)), QIcon::Normal);
+        icon.addPixmap(QPixmap::fromImage(strip.copy(side, 0, side, side)), QIcon::Disabled);
+    }
+    return icon;
+}
+
 QString toolTipOf(const QAction& action)
 {
     const QString keys = action.shortcut().toString(QKeySequence::NativeText);
@@ -100,7 +99,7 @@ EditorActions::EditorActions(QTextEdit* editor, QWidget* owner)
         auto* action = new QAction(this);
         action->setCheckable(kRows[id].checkable);
         if (kRows[id].icon)
-            action->setIcon(iconOf(kRows[id]));
+            action->setIcon(toolBarIcon(kRows[id].icon));
         action->setIconVisibleInMenu(false); // the menu shows check marks in their place
         action->setShortcuts(shortcutsOf(kRows[id]));
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);

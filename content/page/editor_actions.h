@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAction>
+#include <QIcon>
 #include <QList>
 #include <QObject>
 
@@ -55,6 +56,9 @@ private:
     QTextEdit* m_editor;
     QList<QAction*> m_actions; // by Id
 };
+
+/// Of a strip with the looks of an enabled and a disabled button, in both densities.
+QIcon toolBarIcon(const char* name);
 
 /// "加粗 (Ctrl+B)": an action's text with its first shortcut.
 QString toolTipOf(const QAction& action);

@@ -92,6 +92,10 @@
         <source>截取屏幕</source>
         <translation>Capture the screen</translation>
     </message>
+    <message>
+        <source>更多</source>
+        <translation>More</translation>
+    </message>
 </context>
 <context>
     <name>EditorActions</name>
@@ -408,6 +412,10 @@
     <message>
         <source>检查更新</source>
         <translation>Check for updates</translation>
+    </message>
+    <message>
+        <source>已是最新版本（%1）</source>
+        <translation>This is the newest version (%1)</translation>
     </message>
     <message>
         <source>消息提示</source>

@@ -1,5 +1,6 @@
 #include "shell_fixture.h"
 
+#include "app/dialogs/about_quillbox_dialog.h"
 #include "app/globals/settings.h"
 #include "app/welcome_window.h"
 #include "content/capture/capture_screen.h"
@@ -10,11 +11,12 @@
 #include "simulator/cloud/simulated_service.h"
 #include "update/upgrade_app_window.h"
 
-#include <QAction>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
+#include <QSettings>
 #include <QTextEdit>
 
 using Model = SimulatedPrinter::Model;
@@ -42,6 +44,14 @@ class MainWindowTest : public QObject
                                   {"swPath", service.installerPath()},
                                   {"mustUpdate", mustUpdate}};
         service.setReply("GetSWVerssion", ServiceReply::enciphered(ServiceReply::success(version)));
+    }
+
+    static void choose(Client& client, const QString& text)
+    {
+        for (QAction* action : client->page()->moreMenu()->actions()) {
+            if (action->text() == text)
+                action->trigger();
+        }
     }
 
     static bool isChecking() { return isBusy(QStringLiteral("加载中，请稍后...")); }
@@ -218,6 +228,49 @@ private slots:
             for (const QWidget* window : QApplication::topLevelWidgets())
                 QCOMPARE(window->isVisible(), window == &client.window());
         }
+    }
+
+    /// Of two clicks while a check is under way, and of one once the answer is there, one box comes. A failed check,
+    /// and one that brings an offer, say nothing of that kind.
+    void askedForUpdates()
+    {
+        SimulatedService service;
+        offer(service, "100", false);
+        Client client(service.address());
+        QTRY_VERIFY(!isChecking());
+        QVERIFY(!shown<QMessageBox>()); // nobody has asked
+        for (const int requests : {2, 3}) {
+            choose(client, "检查更新");
+            choose(client, "检查更新");
+            QTRY_VERIFY(!isChecking() && shown<QMessageBox>());
+            QCOMPARE(service.requests().size(), requests);
+            QCOMPARE(client->findChildren<QMessageBox*>().size(), 1);
+        }
+        QVERIFY(shown<QMessageBox>()->text().contains("V1.0.0") && !shown<QMessageBox>()->isModal());
+        shown<QMessageBox>()->close();
+        serviceAddress() = kNoService;
+        choose(client, "检查更新");
+        QTRY_VERIFY(!isChecking());
+        serviceAddress() = service.address();
+        client->onMenuUpdateClicked(); // as a start does it
+        QTRY_VERIFY(!isChecking());
+        QVERIFY(!shown<QMessageBox>());
+        offer(service, "101", false);
+        choose(client, "检查更新");
+        QTRY_VERIFY(shown<UpgradeAppWindow>());
+        QVERIFY(!shown<QMessageBox>());
+    }
+
+    void moreMenu()
+    {
+        Client client;
+        choose(client, "关于羽毛盒");
+        QVERIFY(shown<AboutQuillboxDialog>());
+        for (const QString title : {"Quillbox", "羽毛盒"}) {
+            choose(client, title == "Quillbox" ? "English" : "中文");
+            QTRY_COMPARE(client->windowTitle(), title);
+        }
+        QCOMPARE(QSettings(kOrganization, kApplication).value(kLanguageKey).toString(), kLanguageChinese);
     }
 };
 

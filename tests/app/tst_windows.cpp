@@ -196,7 +196,8 @@ private slots:
         }
     }
 
-    /// Actions are no widgets: the menu, which is placed nowhere, and the font, which the page's menu shows.
+    /// Actions are no widgets: the menu, which is placed nowhere, the font, which the page's menu shows, and what the
+    /// "more" menu holds. Buttons say what their actions say.
     void actionsFollowTheLanguage()
     {
         const Language atFirst("zh_CN");
@@ -206,14 +207,23 @@ private slots:
         const auto bar =
             std::find_if(all.begin(), all.end(), [](auto* widget) { return widget->inherits("QMenuBar"); });
         const QMenu* menu = (*bar)->actions().first()->menu();
-        const auto texts = [=] {
-            return QStringList{font->text(), menu->title(), menu->actions().first()->text(),
-                               menu->actions().last()->text()};
+        const auto texts = [&] {
+            const QList<QAction*> more = window->findChild<EditMainWindow*>()->moreMenu()->actions();
+            const auto checked = std::find_if(more.begin(), more.end(), [](auto* each) { return each->isChecked(); });
+            return QStringList{font->text(),
+                               menu->title(),
+                               menu->actions().first()->text(),
+                               menu->actions().last()->text(),
+                               more.last()->text(),
+                               (*checked)->text(),
+                               window->findChild<QPushButton*>("pictureButton")->toolTip()};
         };
-        const QStringList chinese{"字体...", "关于", "关于羽毛盒", "检查更新"};
+        const QStringList chinese{
+            "字体...", "关于", "关于羽毛盒", "检查更新", "关于羽毛盒", "中文", "插入图片 (Ctrl+Shift+I)"};
         QCOMPARE(texts(), chinese);
         const Language then("en_WW");
-        QCOMPARE(texts(), (QStringList{"Font...", "About", "About Quillbox", "Check for updates"}));
+        QCOMPARE(texts(), (QStringList{"Font...", "About", "About Quillbox", "Check for updates", "About Quillbox",
+                                       "English", "Insert picture (Ctrl+Shift+I)"}));
         const Language again("zh_CN");
         QCOMPARE(texts(), chinese);
     }
