@@ -21,7 +21,8 @@ constexpr int kNameCharacters = 40; ///< of the page's first words, as a file's 
 
 QString documents()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(folder).isDir() ? folder : QDir::homePath(); // the dialogs take another for a file's name
 }
 
 } // namespace
@@ -71,8 +72,10 @@ void FileActions::askAndOpen()
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (m_drafts && m_drafts->hasOthers()) {
         dialog.setSidebarUrls({QUrl::fromLocalFile(m_drafts->folder()), QUrl::fromLocalFile(documents())});
-        if (!std::exchange(m_draftsShown, true))
+        if (!std::exchange(m_draftsShown, true)) {
             dialog.setDirectory(m_drafts->folder());
+            dialog.setWindowTitle(tr("打开草稿或页面"));
+        }
     }
     if (dialog.exec() == QDialog::Accepted)
         openFile(dialog.selectedFiles().value(0));

@@ -1,6 +1,7 @@
 #include "content/page/page_file.h"
 
 #include "content/page/embedded_pictures.h"
+#include "content/page/markup_limits.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -12,18 +13,9 @@ namespace {
 
 constexpr int kVersion = 1;
 
-// The text without its pictures. Qt takes about a kilobyte for each element.
-constexpr int kMostTextBytes = 32 << 20;
-constexpr int kMostElements = 300 * 1000;
-
 constexpr int kHeadBytes = 1024; ///< in which the mark stands
 constexpr int kFastPng = 80;     ///< Qt's quality for zlib level 1: an eighth larger, five times as fast
 constexpr char kEnd[] = "</html>";
-
-bool fits(const QByteArray& text)
-{
-    return text.size() <= kMostTextBytes && text.count('<') <= 2 * kMostElements;
-}
 
 QString mark(int caret)
 {
@@ -103,7 +95,7 @@ PageFault readPage(const QString& file, PageOrigin origin, PageContent* page)
     const bool own = markedValue(content, QStringLiteral("quillbox-page")) == kVersion;
     EmbeddedPictures embedded = takePictures(content);
     content.clear();
-    if (!fits(embedded.html) || embedded.tooLarge)
+    if (!isWithinLimits(embedded.html) || embedded.tooLarge)
         return PageFault::TooLarge;
     if (own && embedded.broken > 0)
         return PageFault::Damaged;
@@ -165,7 +157,7 @@ QString PageWriter::write(const PageContent& page, const QString& file)
     QString error;
     if (!writeText(text, page.pictures, out) || !out.flush())
         error = tr("文件没有写完，磁盘可能已满");
-    else if (!fits(text) || out.pos() > kMostFileBytes)
+    else if (!isWithinLimits(text) || out.pos() > kMostFileBytes)
         error = tr("页面太大");
     if (!error.isEmpty())
         out.cancelWriting();

@@ -226,6 +226,10 @@
         <source>消息提示</source>
         <translation>Message</translation>
     </message>
+    <message>
+        <source>打开草稿或页面</source>
+        <translation>Open draft or page</translation>
+    </message>
 </context>
 <context>
     <name>FontSizeBox</name>

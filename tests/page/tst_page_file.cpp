@@ -183,7 +183,11 @@ private slots:
         row("no HTML", png(noise(9, 9)).replace('\0', "") + " <b>text</b>", Fault::NotAPage, Fault::NotAPage);
         row("of others", "<HTML><img src=data:,none><img src='data:,P1 1 1 1'>x", Fault::NotAPage, Fault::None);
         row("GBK", "<html><meta charset=gbk>\xc4\xe3", Fault::NotAPage, Fault::None);
-        row("elements", "<html>" + QByteArray("<b>x").repeated(700000), Fault::NotAPage, Fault::TooLarge);
+        for (const QByteArray part : {"<b>x", "<table><tr><td>", "<i></b>", "<td colspan=2000 rowspan='999'>"})
+            row(part, "<html>" + part.repeated(1200), Fault::NotAPage, Fault::TooLarge);
+        row("deep enough", "<html>" + QByteArray("<i>x").repeated(900) + QByteArray("<p>x<li>x").repeated(900),
+            Fault::NotAPage, Fault::None);
+        row("text", "<html>" + QByteArray(9 << 20, 'x'), Fault::NotAPage, Fault::TooLarge);
         const QByteArray huge = "<img src='data:image/png;base64," + hugePng().toBase64() + "'>";
         row("pixels", "<html>" + huge, Fault::NotAPage, Fault::None);
         row("more pixels", "<html>" + huge.repeated(10), Fault::NotAPage, Fault::TooLarge);
