@@ -60,6 +60,7 @@ MainWindow::MainWindow(QWidget* parent)
     ui->setupUi(this);
     // Else the layout gives the window its least width again while the screen is captured, and it is in the picture.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    ProgressCatRunningDialog::standOver(this);
     buildMenu();
     onMenuUpdateClicked();
     createThreads();

@@ -42,7 +42,8 @@ UpgradeAppWindow::UpgradeAppWindow(QWidget* parent)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
-    m_ui->buttonUpdate->setFocus();
+    setAttribute(Qt::WA_ShowWithoutActivating); // the person may be writing
+    m_ui->buttonLater->setFocus();
     connect(m_ui->buttonUpdate, &QPushButton::clicked, this, &UpgradeAppWindow::onUpdate);
     connect(m_ui->buttonLater, &QPushButton::clicked, this, &QWidget::close);
     connect(new QShortcut(QKeySequence::Cancel, this), &QShortcut::activated, this, &QWidget::close);

@@ -164,6 +164,8 @@ void UpgradeDialog::askToOpen()
     question->setWindowFlag(Qt::WindowStaysOnTopHint);
     question->setWindowTitle(windowTitle());
     question->setText(tr("下载完成，是否打开文件?"));
+    question->setAttribute(Qt::WA_ShowWithoutActivating); // the person may be writing again
+    question->setDefaultButton(QDialogButtonBox::Cancel);
     connect(question, &QDialog::accepted, question,
             [file = m_fileName] { QDesktopServices::openUrl(QUrl::fromLocalFile(file)); });
     question->show();

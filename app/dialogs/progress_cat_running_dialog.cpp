@@ -7,6 +7,8 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMovie>
+#include <QPointer>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -21,6 +23,12 @@ bool programGoesOn()
     });
 }
 
+QPointer<QWidget>& client()
+{
+    static QPointer<QWidget> window;
+    return window;
+}
+
 } // namespace
 
 ProgressCatRunningDialog::ProgressCatRunningDialog(QWidget* parent)
@@ -32,6 +40,7 @@ ProgressCatRunningDialog::ProgressCatRunningDialog(QWidget* parent)
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowMinimizeButtonHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
+    setAttribute(Qt::WA_ShowWithoutActivating);
     cutOut();
     startAnimation();
 }
@@ -55,6 +64,56 @@ void ProgressCatRunningDialog::startAnimation()
     movie->setScaledSize(m_ui->label->size());
     m_ui->label->setMovie(movie);
     movie->start();
+}
+
+void ProgressCatRunningDialog::standOver(QWidget* window)
+{
+    client() = window;
+}
+
+/// The client's window where it is there to be covered: one that is smaller than the dialog has made room for a
+/// capture of the screen.
+QWidget* ProgressCatRunningDialog::clientInSight() const
+{
+    QWidget* window = client();
+    const bool isThere = window && window->isVisible() && !window->isMinimized();
+    return isThere && size().boundedTo(window->size()) == size() ? window : nullptr;
+}
+
+void ProgressCatRunningDialog::placeOverClient()
+{
+    const QWidget* window = clientInSight();
+    if (!window)
+        return;
+    QRect place(QPoint(), size());
+    place.moveCenter(window->geometry().center());
+    const QRect room = window->screen()->availableGeometry();
+    place.moveLeft(qBound(room.left(), place.left(), room.right() + 1 - width()));
+    place.moveTop(qBound(room.top(), place.top(), room.bottom() + 1 - height()));
+    move(place.topLeft());
+}
+
+bool ProgressCatRunningDialog::event(QEvent* event)
+{
+    if (event->type() == QEvent::Show && client()) {
+        placeOverClient();
+        client()->installEventFilter(this); // at the program's start the dialog comes first
+    }
+    if (event->type() == QEvent::Hide && client())
+        client()->removeEventFilter(this);
+    const bool handled = QDialog::event(event);
+    // By a click, or by a window manager that activates everything.
+    if (event->type() == QEvent::WindowActivate && clientInSight())
+        clientInSight()->activateWindow();
+    return handled;
+}
+
+bool ProgressCatRunningDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    const QEvent::Type type = event->type();
+    if (watched == client() && (type == QEvent::Show || type == QEvent::Move || type == QEvent::Resize))
+        placeOverClient();
+    return QDialog::eventFilter(watched, event);
 }
 
 void ProgressCatRunningDialog::setText(QString text)

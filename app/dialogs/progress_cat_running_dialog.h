@@ -11,7 +11,8 @@ class Progress_Cat_Running_Dialog;
 
 /// A cat that runs while the person has to wait. Frameless and always on top; only the program closes it, and closing
 /// hides it: Esc and the window manager's close do nothing, since nobody would then clear what is being waited for.
-/// It does not keep the program running. GUI thread.
+/// It does not keep the program running. It is shown without being activated, and hands on what activation it gets, so
+/// that one can go on writing. GUI thread.
 class ProgressCatRunningDialog : public QDialog
 {
     Q_OBJECT
@@ -20,17 +21,25 @@ public:
     explicit ProgressCatRunningDialog(QWidget* parent = nullptr);
     ~ProgressCatRunningDialog() override;
 
+    /// Where these dialogs stand from now on: over the middle of that window while it is there, and else in the middle
+    /// of the screen. It gets the activation of theirs.
+    static void standOver(QWidget* window);
+
     /// Says what is being waited for, in one line below the cat. The text stays when the language changes. The dialog
     /// keeps its size, and what is wider than 135 pixels is cut at its edge.
     void setText(QString text);
 
 protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void cutOut();
+    QWidget* clientInSight() const;
+    void placeOverClient();
     void startAnimation();
 
     std::unique_ptr<Ui::Progress_Cat_Running_Dialog> m_ui;

@@ -3,6 +3,7 @@
 #include "ui_qx_message_dialog.h"
 
 #include <QEvent>
+#include <QPushButton>
 
 namespace {
 constexpr int kShownCharacters = 2000; ///< more than has room, and little enough to lay out at once
@@ -26,6 +27,11 @@ void QXMessageDialog::setText(const QString& text)
 {
     m_ui->label->setText(text.left(kShownCharacters));
     m_ui->label->adjustSize();
+}
+
+void QXMessageDialog::setDefaultButton(QDialogButtonBox::StandardButton button)
+{
+    m_ui->buttonBox->button(button)->setDefault(true);
 }
 
 void QXMessageDialog::changeEvent(QEvent* event)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QDialogButtonBox>
 
 #include <memory>
 
@@ -22,6 +23,8 @@ public:
     void setMessage(int code, QString msg);
     /// Shows a text as it is. The label takes its size.
     void setText(const QString& text);
+    /// Which button has the focus at first and is pressed by Return; OK unless told otherwise. Before it is shown.
+    void setDefaultButton(QDialogButtonBox::StandardButton button);
 
 protected:
     void changeEvent(QEvent* event) override;

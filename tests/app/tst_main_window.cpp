@@ -1,6 +1,7 @@
 #include "shell_fixture.h"
 
 #include "app/dialogs/about_quillbox_dialog.h"
+#include "app/dialogs/qx_message_dialog.h"
 #include "app/globals/settings.h"
 #include "app/welcome_window.h"
 #include "content/capture/capture_screen.h"
@@ -10,6 +11,7 @@
 #include "device/diagnostics/diagnostic_hub.h"
 #include "simulator/cloud/simulated_service.h"
 #include "update/upgrade_app_window.h"
+#include "update/upgrade_dialog.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
@@ -105,6 +107,56 @@ private slots:
         QVERIFY(simulatedPrinter().jobLines().isEmpty());
         QVERIFY(prints(client, 384));
         QVERIFY(!shown<QMessageBox>());
+    }
+
+    /// The keys go where those of a person go: to the window that has the focus, whichever it is.
+    void nothingTakesTheKeyboard()
+    {
+        SimulatedService service;
+        offer(service, "101", false);
+        simulatedPrinter().reset(Model::K2);
+        Client client(service.address());
+        QVERIFY(QTest::qWaitForWindowActive(&client.window()));
+        QSignalSpy changes(qApp, &QGuiApplication::focusWindowChanged);
+        QString typed;
+        const auto typesUntil = [&](const std::function<bool()>& isThere) {
+            const auto type = [&] {
+                const char key = "no\rpen "[typed.size() % 7];
+                typed += key;
+                if (QWindow* window = QGuiApplication::focusWindow())
+                    QTest::keyClick(window, key);
+                return isThere();
+            };
+            return QTest::qWaitFor(type, 9000);
+        };
+        const auto isOffered = [] { return !isChecking() && shown<UpgradeAppWindow>(); };
+        const auto connects = [&] { return typesUntil(isConnecting) && typesUntil([] { return !isConnecting(); }); };
+        QVERIFY(typesUntil(isOffered) && connects());
+        delete shown<UpgradeAppWindow>();
+        client->onMenuUpdateClicked();
+        simulatedPrinter().unplug();
+        simulatedPrinter().plugIn();
+        QVERIFY(typesUntil(isOffered) && connects() && isOffered() && service.installerRequests() == 0);
+        UpgradeDialog download; // that the person asked for, and has put aside
+        download.startDownload(service.installerPath(), m_folder.filePath("setup.exe"));
+        const auto isAsked = [&] { return shown<QXMessageDialog>() && typed.size() % 50 == 0; };
+        QVERIFY(typesUntil(isAsked) && shown<QXMessageDialog>() && changes.isEmpty());
+        QCOMPARE(client->page()->editor()->toPlainText().replace('\n', '\r'), typed);
+    }
+
+    void busyWindowStandsOverTheClient()
+    {
+        SimulatedService service;
+        service.setReply("GetSWVerssion", {200, {}, {}, {}, true});
+        Client client(service.address());
+        const QPointer<QWidget> busy = shown<ProgressCatRunningDialog>(); // which came before the client
+        const auto offset = [&] { return busy->geometry().center() - client->geometry().center(); };
+        QTRY_VERIFY(client->isActiveWindow() && offset().manhattanLength() <= 2);
+        client->move(1240, 290);
+        QTRY_VERIFY(offset().x() < -200 && busy->geometry().right() == 1279); // the screen's last column
+        QSignalSpy changes(qApp, &QGuiApplication::focusWindowChanged);
+        busy->activateWindow(); // as by a click
+        QTRY_VERIFY(changes.size() >= 2 && client->isActiveWindow());
     }
 
     /// On its own: a process has one receive buffer, and so one client with a receive thread.

@@ -8,8 +8,6 @@
 
 #include <QtTest>
 
-#include <functional>
-
 /// Model and "connected" flag, which a window sets once the model reply is there.
 inline void setModel(int index, bool confirmed)
 {
@@ -32,10 +30,8 @@ inline unsigned char* bytesOf(QByteArray& bytes)
 }
 
 /// Runs the job that the thread holds to its end.
-/// @param meanwhile  called right behind the start
-/// @return           code and text of each report
-inline QStringList runStoredJob(
-    PrinterThread& thread, const std::function<void()>& meanwhile = [] {})
+/// @return  code and text of each report
+inline QStringList runStoredJob(PrinterThread& thread)
 {
     std::mutex mutex;
     QStringList reports;
@@ -46,7 +42,6 @@ inline QStringList runStoredJob(
     };
     const auto kept = QObject::connect(&thread, &PrinterThread::resultReady, &thread, keep, Qt::DirectConnection);
     thread.start();
-    meanwhile();
     if (!thread.wait(60000))
         qFatal("the job does not end");
     const std::lock_guard<std::mutex> lock(mutex); // before the slot is deleted, which the job's thread has read

@@ -89,60 +89,30 @@ private slots:
     /// What has left is whole frames, and nothing of a cancel reaches the next job.
     void isCanceled()
     {
-        const QString canceled = QStringLiteral("0 canceled");
-        const QImage page = testPicture(384, 420);
+        const QImage page = testPicture(384, 2400); // more frames than percents
+        const QByteArray dots = dotsOf(page, 1);
         PrinterThread thread;
         thread.setImage(page, 1);
-        thread.cancel(); // there is no job yet
-        int pieces = 0;
-        const auto cancelFifth = [&](const FrameRecord& frame) { // in the job's thread
-            if (frame.code == CommandPrintData && ++pieces == 5)
-                thread.cancel();
-        };
-        const auto connection = connect(&simulatedPrinter(), &SimulatedPrinter::frameReceived, cancelFifth);
-        thread.requestInterruption(); // means nothing to a job
-        QCOMPARE(runStoredJob(thread), QStringList{canceled});
-        disconnect(connection);
-        QByteArray paper = dotsOf(page, 1).left(5 * kPrintDataPayload);
-        QCOMPARE(simulatedPrinter().jobLines(), paper);
-        QVERIFY(!simulatedPrinter().report().feeds.contains(300));
-
-        thread.cancel(); // too late
-        QCOMPARE(runStoredJob(thread), QStringList{kSent});
-        paper += dotsOf(page, 1);
-        // Right behind the start, and while the printer holds a frame back that then fails.
-        for (const bool atOnce : {true, false}) {
-            QVERIFY(printerConnection()->connectUsb());
-            setModel(0, true);
-            simulatedPrinter().fault([](auto& faults) { faults.bytesUntilHolding = 5; });
-            const auto cancel = [&] {
-                while (!atOnce && simulatedPrinter().report().faults.bytesUntilHolding > 0)
-                    QThread::yieldCurrentThread();
-                thread.cancel();
-                simulatedPrinter().unplug();
-            };
-            QCOMPARE(runStoredJob(thread, cancel), QStringList{canceled});
-            simulatedPrinter().fault([](auto& faults) { faults.bytesUntilHolding = -1; });
-            simulatedPrinter().plugIn();
-            g_printerReady = false; // the one of {true} has found out nothing
-        }
-        QCOMPARE(runStoredJob(thread), QStringList{kSent});
-        QCOMPARE(simulatedPrinter().jobLines(), paper + dotsOf(page, 1));
-        const PrinterReport report = simulatedPrinter().report();
-        QVERIFY(report.feeds.count(300) == 2 && report.crcErrors == 0 && report.skippedBytes == 0);
-    }
-
-    void tellsHowMuchHasLeft()
-    {
-        const int lines = 4200; // more frames than percents
-        PrinterThread thread;
-        thread.setImage(QImage(384, lines, QImage::Format_RGB32), 3);
         QVector<int> told;
-        const auto keep = [&](int sent, int total) { told += total == 48 * lines ? sent : -1; };
+        const auto keep = [&](int sent, int total) { // in the job's thread
+            told += total == dots.size() ? sent : -1;
+            if (told.size() == 106)
+                thread.cancel(); // the second job
+        };
         connect(&thread, &PrinterThread::progressed, &thread, keep, Qt::DirectConnection);
+        thread.cancel(); // there is no job yet
         QCOMPARE(runStoredJob(thread), QStringList{kSent});
-        QVERIFY2(told.size() > 90 && told.size() <= 101, QByteArray::number(told.size()));
-        QVERIFY(std::is_sorted(told.begin(), told.end()) && told.first() == 0 && told.last() == 48 * lines);
+        QVERIFY(told.size() == 101 && told.first() == 0 && told.last() == dots.size());
+        thread.cancel(); // too late
+        QCOMPARE(runStoredJob(thread), QStringList{"0 canceled"});
+        const QByteArray paper = dots + dots.left(told.last());
+        QVERIFY(told.size() == 106 && simulatedPrinter().jobLines() == paper);
+        const auto early = connect(&thread, &QThread::started, &thread, &PrinterThread::cancel, Qt::DirectConnection);
+        QCOMPARE(runStoredJob(thread), QStringList{"0 canceled"});
+        disconnect(early);
+        QCOMPARE(runStoredJob(thread), QStringList{kSent});
+        QCOMPARE(simulatedPrinter().jobLines(), paper + dots);
+        QVERIFY(simulatedPrinter().report().feeds.count(300) == 2 && simulatedPrinter().report().skippedBytes == 0);
     }
 };
 

@@ -84,6 +84,12 @@ private slots:
         m_service.setInstaller({300000});
         UpgradeAppWindow window;
         window.setModel(m_model);
+        for (const Qt::Key unawares : {Qt::Key_Return, Qt::Key_Space}) {
+            UpgradeAppWindow other;
+            other.show();
+            QTest::keyClick(other.windowHandle(), unawares);
+            QVERIFY(!other.isVisible());
+        }
         window.show();
         QCOMPARE(update(window, Qt::Key_Escape), "save file " + m_file);
         QVERIFY(window.isVisible() && !shown<UpgradeDialog>());
@@ -225,6 +231,9 @@ private slots:
         click(&dialog, "buttonRestart");
         QTRY_VERIFY(shown<QXMessageDialog>());
         QVERIFY(!dialog.isVisible() && QFile::remove(m_file));
+        m_opened.clear();
+        QTest::keyClick(shown<QXMessageDialog>()->windowHandle(), Qt::Key_Return); // unawares
+        QVERIFY(!shown<QXMessageDialog>() && m_opened.isEmpty());
     }
 
     void failsWhenNothingMoves()
