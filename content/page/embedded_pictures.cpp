@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr qint64 kMostDecodedBytes = qint64{512} << 20;
-
 /// A piece of the HTML: begin and length.
 struct Piece
 {
@@ -80,12 +78,16 @@ QByteArray addressContent(const QByteArray& address)
     return QByteArray::fromBase64Encoding(body, QByteArray::AbortOnBase64DecodingErrors).decoded;
 }
 
-/// @param budget  bytes of pixels that there is still room for; below 0 afterwards when the picture was too large
-QImage decode(const QByteArray& address, qint64& budget)
+/// @param budget  bytes of pixels that there is still room for, less this picture's afterwards
+/// @param isLarge  set where there is not enough
+QImage decode(const QByteArray& address, qint64& budget, bool& isLarge)
 {
     const QImage picture = pictureFromData(addressContent(address));
+    isLarge = picture.sizeInBytes() > budget;
+    if (isLarge)
+        return {};
     budget -= picture.sizeInBytes();
-    return budget < 0 ? QImage() : picture;
+    return picture;
 }
 
 } // namespace
@@ -95,7 +97,7 @@ EmbeddedPictures takePictures(const QByteArray& html)
     EmbeddedPictures result;
     qint64 budget = kMostDecodedBytes;
     int copied = 0;
-    for (int at = html.indexOf('<'); at >= 0 && !result.tooLarge; at = html.indexOf('<', at)) {
+    for (int at = html.indexOf('<'); at >= 0; at = html.indexOf('<', at)) {
         ++at;
         if (!startsWith(html, at, "img") || at + 3 >= html.size() || !(isSpace(html[at + 3]) || html[at + 3] == '/'))
             continue;
@@ -103,13 +105,13 @@ EmbeddedPictures takePictures(const QByteArray& html)
         const Piece address = takeDataAddress(html, at);
         if (address.size == 0)
             continue;
-        const QImage picture =
-            decode(QByteArray::fromRawData(html.constData() + address.begin, address.size), budget);
-        result.tooLarge = budget < 0;
-        if (picture.isNull()) {
-            ++result.broken;
-            qDebug() << "a picture of a page does not decode, bytes:" << address.size;
-        }
+        bool isLarge = false;
+        const auto addressBytes = QByteArray::fromRawData(html.constData() + address.begin, address.size);
+        const QImage picture = decode(addressBytes, budget, isLarge);
+        result.tooLarge += isLarge;
+        result.broken += picture.isNull() && !isLarge;
+        if (picture.isNull())
+            qDebug() << "a picture of a page is left out:" << (isLarge ? "too large" : "does not decode");
         result.html.append(html.constData() + copied, address.begin - copied);
         result.html += "picture:" + QByteArray::number(result.pictures.size());
         result.pictures += picture;

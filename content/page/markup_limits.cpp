@@ -13,7 +13,8 @@ constexpr int kMostTags = 200 * 1000;
 constexpr int kDeepest = 1000;     ///< elements in elements: the time that they take grows with the square
 constexpr int kDeepestTables = 10; ///< doubles with each
 constexpr qint64 kMostCells = 50 * 1000;
-constexpr int kTagBytes = 1000; ///< of which the spans of a cell are read
+constexpr int kLongestWord = 100 * 1000; ///< its breaking into lines grows with the square as well
+constexpr int kTagBytes = 1000;          ///< of which the spans of a cell are read
 
 /// Elements that end by themselves, so that they do not nest.
 const QSet<QByteArray>& flatElements()
@@ -40,6 +41,19 @@ QByteArray tagName(const QByteArray& html, int at)
     while (end < html.size() && std::isalnum(static_cast<unsigned char>(html[end])))
         ++end;
     return html.mid(at, end - at).toLower();
+}
+
+/// Of letters between which no line can break.
+bool hasEndlessWord(const QByteArray& html)
+{
+    int length = 0;
+    for (const char c : html) {
+        const bool isLetter = c > ' ' && c != '<';
+        length = isLetter ? length + 1 : 0;
+        if (length > kLongestWord)
+            return true;
+    }
+    return false;
 }
 
 /// What a scan has met so far.
@@ -73,7 +87,7 @@ private:
 
 bool isWithinLimits(const QByteArray& html)
 {
-    if (html.size() > kMostBytes || html.count('<') > kMostTags)
+    if (html.size() > kMostBytes || html.count('<') > kMostTags || hasEndlessWord(html))
         return false;
     Nesting nesting;
     qint64 cells = 0;

@@ -42,14 +42,12 @@ bool isHtml(const QByteArray& content)
 PageFault readAll(const QString& path, QByteArray* content)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly) || file.isSequential()) // devices have no end
         return PageFault::CannotRead;
     if (file.size() > kMostFileBytes)
         return PageFault::TooLarge;
-    *content = file.read(kMostFileBytes + 1);
-    if (file.error() != QFileDevice::NoError)
-        return PageFault::CannotRead;
-    return content->size() > kMostFileBytes ? PageFault::TooLarge : PageFault::None;
+    *content = file.readAll();
+    return file.error() == QFileDevice::NoError ? PageFault::None : PageFault::CannotRead;
 }
 
 PageFault checkKind(const QByteArray& content, PageOrigin origin)
@@ -95,7 +93,7 @@ PageFault readPage(const QString& file, PageOrigin origin, PageContent* page)
     const bool own = markedValue(content, QStringLiteral("quillbox-page")) == kVersion;
     EmbeddedPictures embedded = takePictures(content);
     content.clear();
-    if (!isWithinLimits(embedded.html) || embedded.tooLarge)
+    if (!isWithinLimits(embedded.html) || (own && embedded.tooLarge > 0))
         return PageFault::TooLarge;
     if (own && embedded.broken > 0)
         return PageFault::Damaged;
@@ -148,6 +146,9 @@ QString PageWriter::write(const PageContent& page, const QString& file)
 {
     if (!encode(page.pictures))
         return tr("有一张图片无法保存");
+    qint64 pixels = 0;
+    for (const QImage& picture : page.pictures)
+        pixels += picture.sizeInBytes();
     QByteArray text = page.html.toUtf8();
     text.insert(text.indexOf("<head>") + 6, mark(page.caret).toUtf8());
     QSaveFile out(file);
@@ -157,7 +158,7 @@ QString PageWriter::write(const PageContent& page, const QString& file)
     QString error;
     if (!writeText(text, page.pictures, out) || !out.flush())
         error = tr("文件没有写完，磁盘可能已满");
-    else if (!isWithinLimits(text) || out.pos() > kMostFileBytes)
+    else if (!isWithinLimits(text) || pixels > kMostDecodedBytes || out.pos() > kMostFileBytes)
         error = tr("页面太大");
     if (!error.isEmpty())
         out.cancelWriting();
