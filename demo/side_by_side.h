@@ -3,8 +3,8 @@
 #include <QMargins>
 #include <QRect>
 
-/// Where the client and the paper stand when the demo starts: beside each other, with the client in full view as far as
-/// the screen allows. All in device-independent pixels.
+/// Where the client and the paper stand when the demo starts: beside each other, with the client in full view as far
+/// as the screen allows. All in device-independent pixels.
 struct SideBySide
 {
     QPoint client; ///< upper left corner of its frame
