@@ -111,50 +111,37 @@ private slots:
     /// Beside the client on a small screen; with a scroll bar and without.
     void fitsWidth()
     {
-        const auto fits = [this] {
-            const int margin = qRound(32 * m_paper->zoom());
-            const QRect paper = m_paper->dotArea().adjusted(-margin, 0, margin, 0);
-            const QRect room = m_paper->viewport()->rect();
-            return m_paper->horizontalScrollBar()->maximum() == 0 && paper.left() >= 0 &&
-                   paper.right() < room.right() &&
-                   (paper.width() + 2 * 24 + 12 >= room.width() || m_paper->zoom() == PaperView::kLargestZoom);
+        const auto fits = [this] { // with the desk and room for a scroll bar beside it
+            const int spare = m_paper->viewport()->width() - qRound((384 + 64) * m_paper->zoom());
+            return m_paper->horizontalScrollBar()->maximum() == 0 && spare >= 48 && spare <= 48 + 12;
         };
         m_window->makeRoom({352, 500});
         QTRY_COMPARE(m_window->size(), QSize(352, 500));
-        for (const auto* each : m_window->findChildren<QAbstractButton*>()) {
-            if (each->isVisible())
-                QVERIFY2(!each->visibleRegion().isEmpty() && each->visibleRegion().boundingRect() == each->rect(),
-                         qPrintable(each->objectName()));
-        }
+        for (const auto* each : m_window->findChildren<QAbstractButton*>())
+            QVERIFY2(!each->isVisible() || each->visibleRegion() == each->rect(), qPrintable(each->objectName()));
         for (const int lines : {0, 900}) {
             printUpTo(lines);
             for (const int width : {352, 1500, 700}) {
                 m_window->resize(width, 500);
-                QTRY_COMPARE(m_window->width(), width);
-                QVERIFY(fits());
+                QTRY_VERIFY(m_window->width() == width && fits());
             }
-            QCOMPARE(m_paper->verticalScrollBar()->isVisible(), lines > 0);
         }
+        QVERIFY(m_paper->verticalScrollBar()->isVisible());
         click("tearOff");
-        QTRY_VERIFY(!m_paper->verticalScrollBar()->isVisible());
-        QVERIFY(fits());
-        QVERIFY(button("fitWidth")->isChecked());
+        QTRY_VERIFY(!m_paper->verticalScrollBar()->isVisible() && fits());
     }
 
     void standsBesideTheClient()
     {
-        const QSize client(600, 460);
         const QMargins frame(2, 32, 2, 6);
-        for (const auto& [room, paper, apart] : {std::tuple(QRect(0, 0, 1920, 1080), QSize(760, 720), true),
-                                                 {QRect(0, 0, 1440, 900), QSize(760, 720), true},
+        for (const auto& [room, paper, apart] : {std::tuple(QRect(0, 0, 1440, 900), QSize(760, 720), true),
                                                  {QRect(0, 30, 960, 510), QSize(352, 472), true}, // dense 1920 x 1080
                                                  {QRect(70, 0, 800, 570), QSize(330, 532), false}}) {
-            const SideBySide places = placeSideBySide(room, client, {760, 720}, {330, 300}, frame);
-            const QRect clientFrame(places.client, client.grownBy(frame));
+            const SideBySide places = placeSideBySide(room, {600, 460}, {760, 720}, {330, 300}, frame);
+            const QRect clientFrame(places.client, QSize(600, 460).grownBy(frame));
             const QRect paperFrame(places.paper, places.paperSize.grownBy(frame));
             QCOMPARE(places.paperSize, paper);
-            QVERIFY(room.contains(clientFrame) && room.contains(paperFrame));
-            QCOMPARE(!clientFrame.intersects(paperFrame), apart);
+            QVERIFY(room.contains(clientFrame | paperFrame) && clientFrame.intersects(paperFrame) != apart);
         }
     }
 
