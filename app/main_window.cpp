@@ -8,10 +8,12 @@
 #include "app/globals/trace.h"
 #include "app/more_actions.h"
 #include "app/newest_version_box.h"
+#include "app/print_progress.h"
 #include "cloud/client_identity.h"
 #include "cloud/get_sw_version_api.h"
 #include "content/capture/capture_screen.h"
 #include "content/page/edit_main_window.h"
+#include "content/page/editor_actions.h"
 #include "content/page/picture_file.h"
 #include "content/page/print_preview_window.h"
 #include "device/diagnostics/diagnostic_hub.h"
@@ -66,6 +68,7 @@ MainWindow::MainWindow(QWidget* parent)
     createThreads();
     createPages();
     connectButtons();
+    showPrintState();
 }
 
 MainWindow::~MainWindow() = default;
@@ -95,6 +98,7 @@ void MainWindow::createThreads()
 {
     printThread = new PrinterThread;
     connect(printThread, &PrinterThread::resultReady, this, &MainWindow::slotsHandlePrintResult);
+    connect(printThread, &QThread::finished, this, &MainWindow::showPrintState);
     readThread = new PrinterReadThread;
     connect(readThread, &PrinterReadThread::sigAnalysisSuccess, this, &MainWindow::onAnalysisSuccess);
     connect(readThread, &PrinterReadThread::signalCheckSetCrcKeyFirstTime, this,
@@ -122,6 +126,9 @@ void MainWindow::createPages()
     stackedWidget->addWidget(previewWindow);
     stackedWidget->setCurrentIndex(0);
     ui->verticalLayout->addWidget(stackedWidget);
+    m_printProgress = new PrintProgress(editWindow->editor()->parentWidget());
+    connect(printThread, &PrinterThread::progressed, m_printProgress, &PrintProgress::setSent);
+    connect(m_printProgress, &PrintProgress::cancelRequested, printThread, &PrinterThread::cancel);
     editWindow->editor()->setFocus(); // one starts the client to write
     trace(QStringLiteral("verticalLayout geometry"));
     trace(ui->verticalLayout->geometry().width());
@@ -136,6 +143,8 @@ void MainWindow::keepDrafts(const QString& folder)
 void MainWindow::connectButtons()
 {
     connect(ui->printButton, &QPushButton::clicked, editWindow->printAction(), &QAction::trigger);
+    // Also when the page gives its action the texts of another language.
+    connect(editWindow->printAction(), &QAction::changed, this, &MainWindow::showPrintState);
     connect(editWindow, &EditMainWindow::signDoPrint, this, &MainWindow::doPrint);
     connect(ui->pictureButton, &QPushButton::clicked, editWindow->pictureAction(), &QAction::trigger);
     connect(editWindow->pictureAction(), &QAction::triggered, this, &MainWindow::slotsPickImage);
@@ -169,6 +178,23 @@ void MainWindow::doPrint(QImage image, int printType)
     // its own before it starts (docs/architecture.md, "Kept behaviour").
     printThread->setImage(image, printType);
     printThread->start();
+    showPrintState();
+}
+
+/// What doPrint() would drop or store cannot be asked for by the person. A thread that has announced its end does not
+/// run any longer; its result comes earlier.
+void MainWindow::showPrintState()
+{
+    QAction& action = *editWindow->printAction();
+    const bool printing = printThread && printThread->isRunning();
+    const QString reason = deviceBusy ? tr("正在连接打印机，请稍候再打印")
+                           : printing ? tr("正在打印，请等待完成或取消")
+                                      : QString();
+    if (!reason.isEmpty() && ui->printButton->hasFocus())
+        editWindow->setFocus(); // else it would go to the next button
+    action.setEnabled(reason.isEmpty());
+    action.setToolTip(reason.isEmpty() ? toolTipOf(action) : reason);
+    m_printProgress->setRunning(printing);
 }
 
 void MainWindow::slotsHandlePrintResult(int resultCode, QString strResult)
@@ -289,6 +315,7 @@ void MainWindow::onDeviceInitTimeout()
         return;
     deviceBusy = false;
     connectingDialog->close();
+    showPrintState();
 }
 
 void MainWindow::onCheckSetCrcKeyFirstTime(bool isSuccess)
@@ -296,6 +323,7 @@ void MainWindow::onCheckSetCrcKeyFirstTime(bool isSuccess)
     if (!isSuccess || deviceBusy)
         return;
     deviceBusy = true;
+    showPrintState();
     connectingDialog = new ProgressCatRunningDialog;
     connectingDialog->setText(tr("设备连接中,请稍后..."));
     if (!connectingDialog->isVisible())
@@ -312,6 +340,7 @@ void MainWindow::changeEvent(QEvent* event)
         ui->retranslateUi(this);
         retranslateMenu();
         m_moreActions->retranslate();
+        showPrintState();
     }
 }
 

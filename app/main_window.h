@@ -18,6 +18,7 @@ class GetSWVersionApi;
 class MoreActions;
 class PrinterReadThread;
 class PrinterThread;
+class PrintProgress;
 class PrintPreviewWindow;
 class ProgressCatRunningDialog;
 class QMenuBar;
@@ -99,6 +100,7 @@ private:
     void createThreads();
     void createPages();
     void connectButtons();
+    void showPrintState();
 
     // The window's members have had these names for as long as there is a window.
     // NOLINTBEGIN(readability-identifier-naming)
@@ -118,6 +120,7 @@ private:
     MoreActions* m_moreActions = nullptr;
     QPointer<GetSWVersionApi> m_versionCheck; ///< the newest one that is under way
     bool m_tellsNewest = false;               ///< the user asked for it
+    PrintProgress* m_printProgress = nullptr;
 
     const std::unique_ptr<QMenuBar> m_menuBar; ///< placed nowhere, so nothing in it can be reached
 };

@@ -8,6 +8,7 @@ namespace {
 
 enum State { Normal, Hover, Pressed, Disabled };
 constexpr int kDensity = 2;
+constexpr qreal kPale = 0.34; ///< makes the artwork's ink its disabled grey
 
 QString denseNameOf(QString file)
 {
@@ -34,20 +35,29 @@ int StripButton::state() const
     QStyleOptionButton option;
     initStyleOption(&option);
     if (!isEnabled())
-        return (Disabled + 1) * width() * kDensity <= m_dense.width() ? Disabled : Normal;
+        return isPale() ? Normal : Disabled;
     if (isDown() || isChecked())
         return Pressed;
     return hasFocus() || option.state & QStyle::State_MouseOver ? Hover : Normal;
 }
 
+bool StripButton::isPale() const
+{
+    return !isEnabled() && (Disabled + 1) * width() * kDensity > m_dense.width();
+}
+
 void StripButton::paintEvent(QPaintEvent* event)
 {
-    if (devicePixelRatioF() <= 1 || m_dense.isNull()) {
+    const bool dense = devicePixelRatioF() > 1 && !m_dense.isNull();
+    if (!dense && !isPale()) {
         QPushButton::paintEvent(event);
         return;
     }
+    QPixmap strip = dense ? m_dense : QPixmap(m_strip);
+    strip.setDevicePixelRatio(1);
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform); // for densities other than 2
-    const QSize cell = size() * kDensity;
-    painter.drawPixmap(rect(), m_dense, QRect(QPoint(state() * cell.width(), 0), cell));
+    painter.setOpacity(isPale() ? kPale : 1);
+    const QSize cell = size() * strip.height() / height();
+    painter.drawPixmap(rect(), strip, QRect(QPoint(state() * cell.width(), 0), cell));
 }

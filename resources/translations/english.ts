@@ -438,6 +438,14 @@
         <translation>Connecting to
 the printer…</translation>
     </message>
+    <message>
+        <source>正在连接打印机，请稍候再打印</source>
+        <translation>Connecting to the printer; print in a moment</translation>
+    </message>
+    <message>
+        <source>正在打印，请等待完成或取消</source>
+        <translation>Printing; wait until it is done, or cancel it</translation>
+    </message>
 </context>
 <context>
     <name>PageWriter</name>
@@ -617,6 +625,17 @@ Write something in the editor and press Print; it comes out here.</translation>
     <message>
         <source>向打印机发送各种指令，测试网络和升级</source>
         <translation>Send the printer any command, test the network and the update</translation>
+    </message>
+</context>
+<context>
+    <name>PrintProgress</name>
+    <message>
+        <source>打印进度</source>
+        <translation>Print progress</translation>
+    </message>
+    <message>
+        <source>取消打印</source>
+        <translation>Cancel printing</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "app/dialogs/about_quillbox_dialog.h"
 #include "app/dialogs/qx_message_dialog.h"
 #include "app/globals/settings.h"
+#include "app/print_progress.h"
 #include "app/welcome_window.h"
 #include "content/capture/capture_screen.h"
 #include "content/page/edit_main_window.h"
@@ -13,11 +14,13 @@
 #include "update/upgrade_app_window.h"
 #include "update/upgrade_dialog.h"
 
+#include <QAction>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
+#include <QProgressBar>
 #include <QSettings>
 #include <QTextEdit>
 
@@ -157,6 +160,34 @@ private slots:
         QSignalSpy changes(qApp, &QGuiApplication::focusWindowChanged);
         busy->activateWindow(); // as by a click
         QTRY_VERIFY(changes.size() >= 2 && client->isActiveWindow());
+    }
+
+    void printingIsSeenAndStopped()
+    {
+        simulatedPrinter().reset(Model::K2);
+        Client client;
+        const auto says = [&](bool enabled, const QString& tip) {
+            const auto* button = client->findChild<QPushButton*>("printButton");
+            return button->isEnabled() == enabled && button->toolTip() == tip &&
+                   client->page()->printAction()->isEnabled() == enabled;
+        };
+        client->page()->editor()->setPlainText(QStringLiteral("Quillbox\n").repeated(20));
+        QTRY_VERIFY(isConnecting() && says(false, "正在连接打印机，请稍候再打印"));
+        QTRY_VERIFY(says(true, "打印 (Ctrl+P)"));
+        simulatedPrinter().fault([](auto& faults) { faults.bytesUntilHolding = 10000; });
+        QElapsedTimer time;
+        time.start();
+        client.click("printButton");
+        QVERIFY(says(false, "正在打印，请等待完成或取消"));
+        const auto* progress = client->findChild<PrintProgress*>();
+        QTRY_VERIFY(progress->isVisible());
+        QVERIFY(time.elapsed() > 250 && !client->page()->editor()->isAncestorOf(progress));
+        QTRY_COMPARE(progress->findChild<QProgressBar*>()->value(), 9 * 1008);
+        QTest::mouseClick(progress->findChild<QAbstractButton*>(), Qt::LeftButton);
+        simulatedPrinter().fault([](auto& faults) { faults.bytesUntilHolding = -1; });
+        QTRY_VERIFY(says(true, "打印 (Ctrl+P)"));
+        QVERIFY(!progress->isVisible() && !shown<QMessageBox>() && client->page()->editor()->hasFocus());
+        QVERIFY(!simulatedPrinter().report().feeds.contains(300));
     }
 
     /// On its own: a process has one receive buffer, and so one client with a receive thread.
