@@ -1,34 +1,47 @@
+#include "content/page/draft_keeper.h"
 #include "content/page/edit_main_window.h"
 #include "content/page/file_actions.h"
 #include "content/page/page_editor.h"
 #include "content/page/page_file.h"
 #include "content/page/page_renderer.h"
 #include "content/page/text_runs.h"
-#include "tests/page/disk_full.h"
 
+#include <QAction>
 #include <QBuffer>
 #include <QClipboard>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProcess>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextEdit>
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
+#include <sys/resource.h>
 
 Q_DECLARE_METATYPE(PageFault)
 
-/// A page as a file: what is written comes back, and what is no page harms nothing.
+/// As on a disk that is full, for root as well.
+void limitFiles(rlim_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{bytes, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+/// Pages come back: from files, and as drafts of clients that end, crash, run side by side or find a full disk. What is no
+/// page harms nothing.
 class PageFileTest : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
+    std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<EditMainWindow> m_window;
 
     QTextEdit* editor() const { return m_window->editor(); }
-    QString path(const QString& name) const { return m_folder.filePath(name); }
+    QString path(const QString& name) const { return m_folder->filePath(name); }
 
     static std::unique_ptr<EditMainWindow> window()
     {
@@ -62,16 +75,17 @@ class PageFileTest : public QObject
         return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(content.toBase64());
     }
 
-    QByteArray content(const QString& name) const
+    static QByteArray contentAt(const QString& path)
     {
-        QFile file(path(name));
+        QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
+    QByteArray content(const QString& name) const { return contentAt(path(name)); }
 
-    void put(const QString& name, const QByteArray& bytes) const
+    bool put(const QString& name, const QByteArray& bytes) const
     {
         QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
     }
 
     static void paste(QTextEdit* editor, const QString& html)
@@ -83,23 +97,48 @@ class PageFileTest : public QObject
     }
 
     /// A page of the client's own, with a picture.
-    static QByteArray ownPage()
+    QByteArray ownPage() const
     {
-        const QTemporaryDir folder;
         const auto page = window();
-        QTest::keyClicks(page->editor(), "caption");
+        type(*page, "caption");
         page->slotsInsertImage(noise(20, 20));
-        PageWriter().write(contentOf(*page->editor()), folder.filePath("page"));
-        QFile file(folder.filePath("page"));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        PageWriter().write(contentOf(*page->editor()), path("own.html"));
+        return content("own.html");
     }
 
-    /// 12000 x 10000, in some hundred kilobytes.
-    static QByteArray hugePng()
+    QString folder() const { return path("drafts"); }
+    QStringList files() const { return QDir(folder()).entryList({"*.html*"}, QDir::Files, QDir::Name); }
+    QString draft(int file) const { return folder() + '/' + files().value(file); }
+
+    /// A client with what it finds.
+    std::unique_ptr<EditMainWindow> client() const
     {
-        QImage image(12000, 10000, QImage::Format_Grayscale8);
-        image.fill(Qt::white);
-        return png(image);
+        auto result = window();
+        result->keepDrafts(folder());
+        return result;
+    }
+
+    static void type(EditMainWindow& window, const QString& text) { QTest::keyClicks(window.editor(), text); }
+    static QString text(const EditMainWindow& window) { return window.editor()->toPlainText(); }
+
+    static bool makeOlder(const QString& path, int seconds)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadWrite) &&
+               file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFileDevice::FileModificationTime);
+    }
+
+    /// A client that was here, and its draft when `age` seconds have gone by since.
+    void leave(const QString& words, int age) const
+    {
+        EditMainWindow window;
+        window.keepDrafts(path("elsewhere"));
+        window.editor()->setPlainText(words);
+        window.writeDraft();
+        const QDir made(path("elsewhere"));
+        const QString draft = folder() + '/' + words + ".html";
+        QVERIFY(QDir().mkpath(folder()) && QFile::rename(made.filePath(made.entryList({"*.html"}).value(0)), draft));
+        QVERIFY(makeOlder(draft, age));
     }
 
 private slots:
@@ -109,7 +148,11 @@ private slots:
         QCoreApplication::setAttribute(Qt::AA_Use96Dpi, false);
     }
 
-    void init() { m_window = window(); }
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_window = window();
+    }
 
     void roundTrip_data()
     {
@@ -165,38 +208,36 @@ private slots:
     void badFiles_data()
     {
         QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<PageFault>("asDraft");
         QTest::addColumn<PageFault>("opened");
+        m_folder = std::make_unique<QTemporaryDir>();
         const QByteArray whole = ownPage();
-        const auto row = [](const char* name, const QByteArray& bytes, PageFault asDraft, PageFault opened) {
-            QTest::newRow(name) << bytes << asDraft << opened;
+        const auto changed = [whole](const char* from, const QByteArray& to) {
+            return QByteArray(whole).replace(from, to);
         };
+        QImage white(12000, 10000, QImage::Format_Grayscale8); // some hundred kilobytes as a file
+        white.fill(Qt::white);
+        const QByteArray huge = "<img src='" + address(png(white)).toLatin1() + "'>";
         using Fault = PageFault;
-        row("whole", whole, Fault::None, Fault::None);
-        row("empty", {}, Fault::NotAPage, Fault::NotAPage);
-        row("cut in a picture", whole.left(whole.indexOf("base64,") + 99), Fault::Damaged, Fault::Damaged);
-        row("cut at its end", whole.left(whole.size() - 1), Fault::Damaged, Fault::Damaged);
-        row("base64", QByteArray(whole).replace("iVBOR", "iVB-R"), Fault::Damaged, Fault::Damaged);
-        row("picture", QByteArray(whole).replace("iVBOR", "AAAAA"), Fault::Damaged, Fault::Damaged);
-        row("not UTF-8", QByteArray(whole).replace("caption", "capti\xff!"), Fault::Damaged, Fault::Damaged);
-        row("other version", QByteArray(whole).replace("page\" content=\"1", "page\" content=\"2"),
-            Fault::OtherVersion, Fault::OtherVersion);
-        row("NUL", QByteArray(whole).replace("caption", QByteArray("cap\0ion", 7)), Fault::NotAPage, Fault::NotAPage);
-        row("no HTML", png(noise(9, 9)).replace('\0', "") + " <b>text</b>", Fault::NotAPage, Fault::NotAPage);
-        row("of others", "<HTML><img src=data:,none><img src='data:,P1 1 1 1'>x", Fault::NotAPage, Fault::None);
-        row("GBK", "<html><meta charset=gbk>\xc4\xe3", Fault::NotAPage, Fault::None);
+        QTest::newRow("whole") << whole << Fault::None;
+        QTest::newRow("empty") << QByteArray() << Fault::NotAPage;
+        QTest::newRow("cut in a picture") << whole.left(whole.indexOf("base64,") + 99) << Fault::Damaged;
+        QTest::newRow("cut at its end") << whole.chopped(1) << Fault::Damaged;
+        QTest::newRow("base64") << changed("iVBOR", "iVB-R") << Fault::Damaged;
+        QTest::newRow("not UTF-8") << changed("caption", "capti\xff!") << Fault::Damaged;
+        QTest::newRow("other version") << changed("page\" content=\"1", "page\" content=\"2") << Fault::OtherVersion;
+        QTest::newRow("NUL") << changed("caption", QByteArray(1, '\0')) << Fault::NotAPage;
+        QTest::newRow("no HTML") << QByteArray("text <b>text</b>") << Fault::NotAPage;
+        QTest::newRow("of others") << QByteArray("<HTML><img src=data:,none><img src='data:,P1 1 1 1'>x")
+                                   << Fault::None;
+        QTest::newRow("GBK") << QByteArray("<html><meta charset=gbk>\xc4\xe3") << Fault::None;
         for (const QByteArray part : {"<b>x", "<i></b>", "<td colspan=2000 rowspan='999'>"})
-            row(part, "<html>" + part.repeated(1200), Fault::NotAPage, Fault::TooLarge);
-        row("tables", "<html>" + QByteArray("<table><tr><td>").repeated(12), Fault::NotAPage, Fault::TooLarge);
-        row("deep enough", "<html>" + QByteArray("<i>x").repeated(900) + QByteArray("<p>x<li>x").repeated(900),
-            Fault::NotAPage, Fault::None);
-        row("text", "<html>" + QByteArray("word ").repeated(2 << 20), Fault::NotAPage, Fault::TooLarge);
-        row("word", "<html>" + QByteArray(200 << 10, 'x'), Fault::NotAPage, Fault::TooLarge);
-        const QByteArray huge = "<img src='data:image/png;base64," + hugePng().toBase64() + "'>";
-        row("pixels", "<html>" + huge, Fault::NotAPage, Fault::None);
-        row("more pixels", "<html>" + huge.repeated(10), Fault::NotAPage, Fault::None); // some of them
-        row("more own pixels", QByteArray(whole).replace("caption", huge.repeated(10)), Fault::TooLarge,
-            Fault::TooLarge);
+            QTest::newRow(part) << "<html>" + part.repeated(1200) << Fault::TooLarge;
+        QTest::newRow("tables") << "<html>" + QByteArray("<table><tr><td>").repeated(12) << Fault::TooLarge;
+        QTest::newRow("flat") << "<html>" + QByteArray("<p>x<li>x").repeated(900) << Fault::None;
+        QTest::newRow("text") << "<html>" + QByteArray("word ").repeated(2 << 20) << Fault::TooLarge;
+        QTest::newRow("word") << "<html>" + QByteArray(200 << 10, 'x') << Fault::TooLarge;
+        QTest::newRow("pixels") << "<html>" + huge.repeated(10) << Fault::None; // without some of them
+        QTest::newRow("own pixels") << changed("caption", huge.repeated(10)) << Fault::TooLarge;
     }
 
     void badFiles()
@@ -206,8 +247,8 @@ private slots:
         put("page.html", content);
         QTest::keyClicks(editor(), "before");
         PageContent page;
-        const auto draft = readPage(path("page.html"), PageOrigin::Client, &page);
-        QTEST(draft, "asDraft");
+        QCOMPARE(readPage(path("page.html"), PageOrigin::Client, &page),
+                 content.contains("quillbox-page") ? opened : PageFault::NotAPage);
         QString told;
         QTimer::singleShot(0, this, [&told] {
             if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
@@ -230,14 +271,11 @@ private slots:
         put("red.png", png(noise(9, 9)));
         put("style.css", "p { font-size: 40pt }");
         const QByteArray base = QUrl::fromLocalFile(path("")).toEncoded() + '/';
-        put("page.html", "<html><head><base href='" + base + "'><link rel=stylesheet href='" + base +
-                             "style.css'></head>"
-                             "<body background='" +
-                             base + "red.png'><table><tr><td background='" + base +
-                             "red.png'></table><p>x<img src='" + base +
-                             "red.png'><img src=red.png>"
-                             "<img src='http://127.0.0.1:1/a.png'><img src='picture:7'><img width=5000 src='" +
-                             address(png(noise(9, 9))).toLatin1() + "'>");
+        QByteArray html = "<html><head><base href='@'><link rel=stylesheet type=text/css href='@style.css'></head>"
+                          "<body background='@red.png'><table><tr><td background='@red.png'></table><p>x"
+                          "<img src='@red.png'><img src=red.png><img src='http://127.0.0.1:1/a.png'>"
+                          "<img src='picture:7'><img width=5000 src='data:,P1 1 1 1'>";
+        put("page.html", html.replace('@', base));
         QVERIFY(m_window->findChild<FileActions*>()->openFile(path("page.html")));
         const QVector<TextRun> runs = textRuns(*editor()->document());
         QCOMPARE(runs.size(), 2);
@@ -246,25 +284,6 @@ private slots:
         QCOMPARE(runs[1].end - runs[1].begin, 1);
         QCOMPARE(editor()->horizontalScrollBar()->maximum(), 0);
         QVERIFY(!contentOf(*editor()).html.contains("file:"));
-    }
-
-    void savingFails()
-    {
-        QTest::keyClicks(editor(), "page");
-        auto* files = m_window->findChild<FileActions*>();
-        QVERIFY(files->saveFile(path("kept.html")));
-        const QByteArray kept = content("kept.html");
-        const DiskFull full;
-        for (int i = 0; i < 2; ++i) {
-            if (i == 0)
-                editor()->setPlainText(QString(5000, 'x')); // fails with the last bytes, the picture with the first
-            else
-                m_window->slotsInsertImage(noise(500, 500));
-            QTimer::singleShot(0, this, [] { QApplication::activeModalWidget()->close(); });
-            QVERIFY(!files->saveFile(path("kept.html")));
-            QCOMPARE(content("kept.html"), kept);
-        }
-        QCOMPARE(QDir(m_folder.path()).entryList({"kept*"}), QStringList("kept.html"));
     }
 
     void newPage()
@@ -281,6 +300,115 @@ private slots:
         editor()->undo();
         editor()->undo();
         QCOMPARE(rendered(editor()), before);
+    }
+
+    /// Somebody writes without a pause, and the process ends without a word.
+    void crash()
+    {
+        const auto window = client();
+        QImage picture(300, 200, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        window->slotsInsertImage(picture);
+        QElapsedTimer time;
+        time.start();
+        while (files().filter(QRegularExpression("html$")).isEmpty() && time.elapsed() < 9000) {
+            type(*window, "x");
+            QTest::qWait(50);
+        }
+        QVERIFY2(time.elapsed() < 5000, QByteArray::number(time.elapsed()));
+        type(*window, "end");
+        QTest::keyClick(window->editor(), Qt::Key_Left);
+        window->writeDraft();
+
+        QProcess dead;
+        dead.start("true", QStringList());
+        const QByteArray pid = QByteArray::number(dead.processId());
+        QVERIFY(dead.waitForFinished());
+        const QString left = draft(0);
+        const QByteArray page = contentAt(left);
+        const QByteArray lock =
+            contentAt(left + ".lock").replace(QByteArray::number(QCoreApplication::applicationPid()), pid);
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir().mkpath(folder()) && put("drafts/a.html", page) && put("drafts/a.html.lock", lock));
+        const auto next = client();
+        QCOMPARE(text(*next), text(*window));
+        QVERIFY(text(*next).endsWith("xend"));
+        QCOMPARE(next->editor()->textCursor().position(), window->editor()->textCursor().position());
+        QVERIFY(!next->editor()->document()->isUndoAvailable());
+        QCOMPARE(contentOf(*next->editor()).pictures.value(0).pixelColor(9, 9), QColor(Qt::red));
+        QCOMPARE(files(), QStringList({"a.html", "a.html.lock"}));
+    }
+
+    void twoClients()
+    {
+        leave("old", 100);
+        leave("new", 50);
+        auto first = client();
+        auto second = client();
+        auto third = client();
+        QCOMPARE(text(*first) + '|' + text(*second) + '|' + text(*third), QStringLiteral("new|old|"));
+        QVERIFY(!first->findChild<DraftKeeper*>()->hasOthers());
+        type(*third, "third");
+        third->writeDraft();
+        QVERIFY(makeOlder(third->findChild<DraftKeeper*>()->file(), 10));
+        type(*second, "very "); // at its start
+        second->writeDraft();
+        for (auto* each : {&first, &second, &third})
+            each->reset();
+        const auto next = client();
+        QCOMPARE(text(*next), QStringLiteral("very old"));
+        QVERIFY(next->findChild<DraftKeeper*>()->hasOthers());
+        QCOMPARE(files().filter(QRegularExpression("html$")).size(), 3);
+    }
+
+    void onlyWhatChanges()
+    {
+        leave("page", 50);
+        const auto window = client();
+        const QDateTime before = QFileInfo(draft(0)).lastModified();
+        window->writeDraft();
+        QCOMPARE(QFileInfo(draft(0)).lastModified(), before);
+        window->editor()->moveCursor(QTextCursor::End);
+        window->writeDraft();
+        QVERIFY(QFileInfo(draft(0)).lastModified() != before);
+        QVERIFY(contentAt(draft(0)).contains(R"(name="quillbox-caret" content="4")"));
+        window->newAction()->trigger();
+        window->writeDraft();
+        QCOMPARE(files(), QStringList("page.html.lock"));
+    }
+
+    /// One that cannot be read is put aside, and not over another.
+    void unreadable()
+    {
+        leave("whole", 99);
+        const QByteArray bad = contentAt(draft(0)).chopped(9);
+        QVERIFY(put("drafts/bad.html", bad) && put("drafts/bad.html.unreadable", "earlier"));
+        const auto window = client();
+        QCOMPARE(text(*window), QString());
+        QVERIFY(window->findChild<DraftKeeper*>()->hasOthers());
+        QCOMPARE(files(), QStringList({"bad.html.unreadable", "bad.html.unreadable2", "whole.html"}));
+        QCOMPARE(contentAt(draft(0)) + contentAt(draft(1)), "earlier" + bad);
+        type(*window, "next");
+        window->writeDraft();
+        QCOMPARE(files().size(), 5);
+    }
+
+    void fullDisk()
+    {
+        leave("page", 50);
+        const QByteArray before = contentAt(draft(0));
+        const auto window = client();
+        window->editor()->setPlainText(QString(9999, 'x'));
+        limitFiles(4096);
+        window->writeDraft();
+        QTimer::singleShot(0, this, [] { QApplication::activeModalWidget()->close(); });
+        QVERIFY(!window->findChild<FileActions*>()->saveFile(draft(0)));
+        limitFiles(RLIM_INFINITY);
+        QCOMPARE(contentAt(draft(0)), before);
+        QCOMPARE(text(*window).size(), 9999);
+        QCOMPARE(files(), QStringList({"page.html", "page.html.lock"}));
+        window->writeDraft();
+        QVERIFY(contentAt(draft(0)).contains(QByteArray(9999, 'x')));
     }
 };
 
