@@ -5,6 +5,7 @@
 #include "content/page/page_file.h"
 #include "content/page/page_renderer.h"
 #include "content/page/text_runs.h"
+#include "tests/files.h"
 
 #include <QAction>
 #include <QBuffer>
@@ -62,31 +63,15 @@ class PageFileTest : public QObject
         return image;
     }
 
-    static QByteArray png(const QImage& picture)
+    static QString address(const QImage& picture)
     {
-        QByteArray bytes;
-        QBuffer buffer(&bytes);
+        QBuffer buffer;
         picture.save(&buffer, "PNG");
-        return bytes;
+        return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(buffer.data().toBase64());
     }
 
-    static QString address(const QByteArray& content)
-    {
-        return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(content.toBase64());
-    }
-
-    static QByteArray contentAt(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    QByteArray content(const QString& name) const { return contentAt(path(name)); }
-
-    bool put(const QString& name, const QByteArray& bytes) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-    }
+    QByteArray content(const QString& name) const { return readFile(path(name)); }
+    bool put(const QString& name, const QByteArray& bytes) const { return writeFile(path(name), bytes); }
 
     static void paste(QTextEdit* editor, const QString& html)
     {
@@ -128,16 +113,12 @@ class PageFileTest : public QObject
                file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFileDevice::FileModificationTime);
     }
 
-    /// A client that was here, and its draft when `age` seconds have gone by since.
+    /// The draft of a client that was here, when `age` seconds have gone by since.
     void leave(const QString& words, int age) const
     {
-        EditMainWindow window;
-        window.keepDrafts(path("elsewhere"));
-        window.editor()->setPlainText(words);
-        window.writeDraft();
-        const QDir made(path("elsewhere"));
         const QString draft = folder() + '/' + words + ".html";
-        QVERIFY(QDir().mkpath(folder()) && QFile::rename(made.filePath(made.entryList({"*.html"}).value(0)), draft));
+        QVERIFY(QDir().mkpath(folder()));
+        QCOMPARE(PageWriter().write(contentOf(QTextEdit(words)), draft), QString());
         QVERIFY(makeOlder(draft, age));
     }
 
@@ -157,7 +138,7 @@ private slots:
     void roundTrip_data()
     {
         QTest::addColumn<QString>("html");
-        const QString small = QStringLiteral("<img src='%1'>").arg(address(png(noise(30, 20))));
+        const QString small = QStringLiteral("<img src='%1'>").arg(address(noise(30, 20)));
         QTest::newRow("text")
             << "a  b\t<b>bold</b> <i style='font-family:DejaVu Serif; font-size:31px'>i</i> <u>u</u><s>s</s>"
                "<sub>2</sub> <span style='font-size:7.5pt'>tiny</span> &lt;img src=\"picture:0\"&gt; &amp;";
@@ -172,7 +153,7 @@ private slots:
             << "<h1>head</h1><hr><pre>co    de\nx</pre><a href='http://a.org/' style='text-decoration:none; "
                "color:red'>link</a> <a name=x>y</a><blockquote>q</blockquote>";
         QTest::newRow("pictures") << "text " + small + " beside" + small + "<p>" + small + "<img width=15 src='" +
-                                         address(png(noise(60, 40).convertToFormat(QImage::Format_Mono))) + "'>";
+                                         address(noise(60, 40).convertToFormat(QImage::Format_Mono)) + "'>";
     }
 
     void roundTrip()
@@ -216,7 +197,7 @@ private slots:
         };
         QImage white(12000, 10000, QImage::Format_Grayscale8); // some hundred kilobytes as a file
         white.fill(Qt::white);
-        const QByteArray huge = "<img src='" + address(png(white)).toLatin1() + "'>";
+        const QByteArray huge = "<img src='" + address(white).toLatin1() + "'>";
         using Fault = PageFault;
         QTest::newRow("whole") << whole << Fault::None;
         QTest::newRow("empty") << QByteArray() << Fault::NotAPage;
@@ -268,7 +249,7 @@ private slots:
     /// Nothing but what the file holds itself, whatever it names.
     void loadsNothingElse()
     {
-        put("red.png", png(noise(9, 9)));
+        QVERIFY(noise(9, 9).save(path("red.png")));
         put("style.css", "p { font-size: 40pt }");
         const QByteArray base = QUrl::fromLocalFile(path("")).toEncoded() + '/';
         QByteArray html = "<html><head><base href='@'><link rel=stylesheet type=text/css href='@style.css'></head>"
@@ -325,9 +306,9 @@ private slots:
         const QByteArray pid = QByteArray::number(dead.processId());
         QVERIFY(dead.waitForFinished());
         const QString left = draft(0);
-        const QByteArray page = contentAt(left);
+        const QByteArray page = readFile(left);
         const QByteArray lock =
-            contentAt(left + ".lock").replace(QByteArray::number(QCoreApplication::applicationPid()), pid);
+            readFile(left + ".lock").replace(QByteArray::number(QCoreApplication::applicationPid()), pid);
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(QDir().mkpath(folder()) && put("drafts/a.html", page) && put("drafts/a.html.lock", lock));
         const auto next = client();
@@ -371,7 +352,7 @@ private slots:
         window->editor()->moveCursor(QTextCursor::End);
         window->writeDraft();
         QVERIFY(QFileInfo(draft(0)).lastModified() != before);
-        QVERIFY(contentAt(draft(0)).contains(R"(name="quillbox-caret" content="4")"));
+        QVERIFY(readFile(draft(0)).contains(R"(name="quillbox-caret" content="4")"));
         window->newAction()->trigger();
         window->writeDraft();
         QCOMPARE(files(), QStringList("page.html.lock"));
@@ -381,13 +362,13 @@ private slots:
     void unreadable()
     {
         leave("whole", 99);
-        const QByteArray bad = contentAt(draft(0)).chopped(9);
+        const QByteArray bad = readFile(draft(0)).chopped(9);
         QVERIFY(put("drafts/bad.html", bad) && put("drafts/bad.html.unreadable", "earlier"));
         const auto window = client();
         QCOMPARE(text(*window), QString());
         QVERIFY(window->findChild<DraftKeeper*>()->hasOthers());
         QCOMPARE(files(), QStringList({"bad.html.unreadable", "bad.html.unreadable2", "whole.html"}));
-        QCOMPARE(contentAt(draft(0)) + contentAt(draft(1)), "earlier" + bad);
+        QCOMPARE(readFile(draft(0)) + readFile(draft(1)), "earlier" + bad);
         type(*window, "next");
         window->writeDraft();
         QCOMPARE(files().size(), 5);
@@ -396,7 +377,7 @@ private slots:
     void fullDisk()
     {
         leave("page", 50);
-        const QByteArray before = contentAt(draft(0));
+        const QByteArray before = readFile(draft(0));
         const auto window = client();
         window->editor()->setPlainText(QString(9999, 'x'));
         limitFiles(4096);
@@ -404,11 +385,11 @@ private slots:
         QTimer::singleShot(0, this, [] { QApplication::activeModalWidget()->close(); });
         QVERIFY(!window->findChild<FileActions*>()->saveFile(draft(0)));
         limitFiles(RLIM_INFINITY);
-        QCOMPARE(contentAt(draft(0)), before);
+        QCOMPARE(readFile(draft(0)), before);
         QCOMPARE(text(*window).size(), 9999);
         QCOMPARE(files(), QStringList({"page.html", "page.html.lock"}));
         window->writeDraft();
-        QVERIFY(contentAt(draft(0)).contains(QByteArray(9999, 'x')));
+        QVERIFY(readFile(draft(0)).contains(QByteArray(9999, 'x')));
     }
 };
 
