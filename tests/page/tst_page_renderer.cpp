@@ -142,21 +142,6 @@ private slots:
         QCOMPARE(m_editor->toPlainText(), m_sample.repeated(9));
     }
 
-    void scalingStripsEqualPlainRoad()
-    {
-        using Case = std::pair<QSize, int>; // down, up, between two rows, highest
-        for (const auto& [size, width] :
-             {Case({574, 1000}, 384), Case({562, 4097}, 576), Case({768, 17}, 384), Case({60, 32767}, 38)}) {
-            const QImage image = numbered(size);
-            const auto rows = [&image](int first, int count, int& top) {
-                top = qMax(0, first - 3); // a source may give more than it was asked for
-                return image.copy(0, top, image.width(), count + first - top);
-            };
-            for (const int stripRows : {7, 100, kPaintableRows})
-                QCOMPARE(scaleInStrips(size, width, stripRows, rows), image.scaledToWidth(width));
-        }
-    }
-
     void tallAndUnscalablePictures()
     {
         const QImage scaled = scaleToWidth(numbered({41, 150'000}), 37);
