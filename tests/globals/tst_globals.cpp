@@ -1,4 +1,3 @@
-#include "app/globals/global_helper.h"
 #include "app/globals/model.h"
 #include "app/globals/settings.h"
 
@@ -40,12 +39,6 @@ private slots:
         QCOMPARE(storedLanguage(store), QString("zh_CN"));
         store.setValue("language", "en_WW");
         QCOMPARE(storedLanguage(store), QString("en_WW"));
-    }
-
-    void singletonIsOneObject()
-    {
-        QVERIFY(GlobalHelper::instance());
-        QCOMPARE(GlobalHelper::instance(), GlobalHelper::instance());
     }
 };
 
