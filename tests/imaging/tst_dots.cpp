@@ -82,13 +82,8 @@ private slots:
                                 << picture(dots);
         };
         row("a falling diagonal unravels", removeIsolatedDots, "..... .#... ..#.. ...#. .....", blank(5, 5));
-        row("the lower right does not count", removeIsolatedDots, ".... .#.. ..#. ..#.", ".... .... ..#. ..#.");
-        row("the border counts", removeIsolatedDots, "#..#..#. .#.#.#.. ........", "#..#..#. .#.#.#.. ........");
         row("the first of four", markWhiteAreas, blank(8, 8), blank(8, 3) + "...#.... " + blank(8, 4));
-        row("104 + 24 of the error of 126", stuckiDiffuse, "7e68", "#.");
         row("151 - 23, truncated from 1000/42", stuckiDiffuse, "8297", "..");
-        row("down two rows", stuckiDiffuse, "7e0070", "# # .");
-        row("nothing wraps to the next row", stuckiDiffuse, "00007f 6e0000", "### ###"); // 110 + 24 would be white
         // 112 hands 49 to its right, 35 down and 7 ahead of that; the 49 hands 15 down and 9 behind. The second row
         // runs leftwards: 106 + 7 + 15 is just white, its error of −127 takes 55 from the last pixel with 35 + 9.
         row("the other kernel, 139", imaging::floydSteinbergDiffuse, "7000 8b6a", "## ..");
