@@ -78,7 +78,6 @@ private slots:
         QTest::addColumn<QString>("file");
         QTest::newRow("Enter of the keypad, dragged up and left") << "BA Enter" << 1 << "";
         QTest::newRow("drag after a click, second drag refused") << "BB AB BC completeButton" << 1 << "";
-        QTest::newRow("click is no selection") << "BB Return" << 0 << "";
         QTest::newRow("cancel") << "AB cancelButton" << 0 << "";
         QTest::newRow("Esc") << "AB Esc" << 0 << "";
         QTest::newRow("closed by the window manager") << "AB AltF4" << 0 << "";

@@ -16,8 +16,6 @@ private slots:
         QTest::addColumn<QPoint>("toolBar");
         QTest::newRow("down left; below") << QLine(270, 10, 210, 58) << QRect(210, 10, 60, 48) << QPoint(230, 68);
         QTest::newRow("up right; above") << QLine(210, 59, 270, 22) << QRect(210, 22, 60, 37) << QPoint(230, 0);
-        QTest::newRow("neither; last but one")
-            << QLine(210, 21, 298, 78) << QRect(210, 21, 88, 57) << QPoint(258, 56);
         QTest::newRow("smallest; left edge") << QLine(210, 20, 208, 22) << QRect(208, 20, 2, 2) << QPoint(200, 32);
         QTest::newRow("whole and beyond") << QLine(299, 79, 120, -9) << QRect(200, 0, 100, 80) << QPoint(260, 58);
         QTest::newRow("click, shaking hand") << QLine(210, 20, 208, 21) << QRect() << QPoint();

@@ -21,12 +21,13 @@ class NetworkWindowTest : public QObject
     SimulatedService m_service;
     std::unique_ptr<TestNetworkWindow> m_window;
 
-    /// Presses a button and waits for `entries` more lines in the list, the newest of which is then shown.
-    bool press(const char* button, int entries = 2)
+    /// Presses a button, once and in vain once more, and waits for the call and the reply, which is then shown.
+    bool press(const char* button)
     {
         auto* list = m_window->findChild<QListWidget*>("log");
-        const int wanted = list->count() + entries;
-        QTest::mouseClick(m_window->findChild<QPushButton*>(button), Qt::LeftButton);
+        const int wanted = list->count() + 2;
+        for (int i = 0; i < 2; ++i)
+            QTest::mouseClick(m_window->findChild<QPushButton*>(button), Qt::LeftButton);
         return QTest::qWaitFor([&] { return list->count() == wanted; }) && list->currentRow() == wanted - 1;
     }
 
@@ -71,10 +72,10 @@ private slots:
         QVERIFY(entry(0)[1].contains("\"nickName\":\"墨\"") && entry(0)[2].startsWith("{\"data\":\""));
     }
 
+    /// One call at a time.
     void showsFailures()
     {
-        for (const auto& [status, body, plain, cipher] : {std::tuple(200, "{\"code\":0}", "{\"code\":0}", ""),
-                                                          std::tuple(200, "{\"data\":\"!\"}", "", "{\"data\":\"!\"}"),
+        for (const auto& [status, body, plain, cipher] : {std::tuple(200, "{\"data\":\"!\"}", "", "{\"data\":\"!\"}"),
                                                           std::tuple(500, "out of order", "out of order", "")}) {
             m_service.setReply(kCall, {status, body});
             QVERIFY(press("buttonCheckVersion"));
@@ -83,22 +84,6 @@ private slots:
         serviceAddress() = "http://127.0.0.1:1/";
         QVERIFY(press("buttonCheckVersion"));
         QVERIFY(entry(0)[0] == "<- -1" && !entry(0)[1].isEmpty());
-    }
-
-    /// One call at a time; a window that goes takes its call with it.
-    void waitsForTheReply()
-    {
-        ServiceReply silence;
-        silence.silent = true;
-        m_service.setReply(kCall, silence);
-        QVERIFY(press("buttonCheckVersion", 1));
-        for (const auto* button : m_window->findChildren<QPushButton*>())
-            QVERIFY(!button->isEnabled());
-        m_window.reset();
-        m_service.setReply(kCall, {200, "[]"});
-        init();
-        QVERIFY(press("buttonCheckVersion"));
-        QVERIFY(m_window->findChild<QPushButton*>("buttonLogin")->isEnabled());
     }
 };
 
