@@ -157,6 +157,9 @@ private slots:
         QVERIFY(saved == m_printer->paper(100) && saved.dotsPerMeterX() == 8000);
         emit dialog->fileSelected(folder.filePath("missing/纸.png"));
         QVERIFY(m_window->findChild<QMessageBox*>()); // says why there is no such file
+        m_printer->reset();
+        QTRY_COMPARE(m_paper->lineCount(), 0);
+        printUpTo(5); // a new roll is shown from its beginning
     }
 
     void controls()
@@ -199,6 +202,15 @@ private slots:
         QCOMPARE(m_log->headerData(FrameLogModel::Meaning, Qt::Horizontal).toString(), QString("Meaning"));
         printUpTo(FrameLogModel::kKeptRows);
         QVERIFY(m_log->rowCount() == FrameLogModel::kKeptRows && row(0).startsWith("0x00"));
+    }
+
+    void keepsNoProgramAlive()
+    {
+        QWidget client;
+        client.show();
+        QTimer::singleShot(0, &client, &QWidget::close);
+        QTimer::singleShot(10000, &client, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QCoreApplication::exec(), 0); // although the paper is still in sight
     }
 };
 

@@ -111,6 +111,7 @@ private slots:
 
         QTest::newRow("noise") << unhex("00ff") + kFeed2 + unhex("55") + feed0 << "1a-0-2 1a-0-2" << qint64{3}
                                << kFeed2 + feed0;
+        QTest::newRow("tag 2") << unhex("0206070200") + feed0 << "1a-0-2" << qint64{5} << feed0;
         QTest::newRow("wrong end") << unhex("021a0002000200 7992b111 04") + feed0 << "1a-0-2" << qint64{12} << feed0;
         QTest::newRow("too long") << unhex("0200010c00") + kFeed2 + unhex("0102030400") << "1a-0-2" << qint64{10}
                                   << kFeed2;
