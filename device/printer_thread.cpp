@@ -110,7 +110,7 @@ PrinterThread::Result PrinterThread::printStoredImage()
     if (image.isNull())
         return {1, QStringLiteral("image is null")};
 
-    const Result canceled{0, QStringLiteral("canceled")};
+    Result canceled{0, QStringLiteral("canceled")};
     if (m_canceled)
         return canceled;
     const QString connectionFailed = tr("连接失败,请尝试\n1.检查设备是否开启\n2.检查设备是否连接\n3.重新插拔USB");

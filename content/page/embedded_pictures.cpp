@@ -82,7 +82,7 @@ QByteArray addressContent(const QByteArray& address)
 /// @param isLarge  set where there is not enough
 QImage decode(const QByteArray& address, qint64& budget, bool& isLarge)
 {
-    const QImage picture = pictureFromData(addressContent(address));
+    QImage picture = pictureFromData(addressContent(address));
     isLarge = picture.sizeInBytes() > budget;
     if (isLarge)
         return {};

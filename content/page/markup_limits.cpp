@@ -12,7 +12,7 @@ constexpr int kMostBytes = 8 << 20;
 constexpr int kMostTags = 200 * 1000;
 constexpr int kDeepest = 1000;     ///< elements in elements: the time that they take grows with the square
 constexpr int kDeepestTables = 10; ///< doubles with each
-constexpr qint64 kMostCells = 50 * 1000;
+constexpr qint64 kMostCells = 50000;
 constexpr int kLongestWord = 100 * 1000; ///< its breaking into lines grows with the square as well
 constexpr int kTagBytes = 1000;          ///< of which the spans of a cell are read
 

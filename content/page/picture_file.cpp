@@ -102,7 +102,7 @@ QImage read(QIODevice& device, const QString& name, qint64 mostBytes)
         if (readSize != size)
             reader.setScaledSize(readSize);
     }
-    const QImage picture = reader.read();
+    QImage picture = reader.read();
     if (picture.isNull())
         qDebug() << "picture left out:" << name << reader.errorString();
     else
