@@ -186,8 +186,10 @@ void PageEditor::insertFromMimeData(const QMimeData* source)
         cursor.insertFragment(pastedText(source->html(), *document(), PictureRoom::of(*this)));
         setTextCursor(cursor);
         ensureCursorVisible();
-    } else {
-        QTextEdit::insertFromMimeData(source);
+    } else if (source->hasText()) {
+        QMimeData words; // alone: Qt knows one more format of rich text, and would fetch what that names
+        words.setText(source->text());
+        QTextEdit::insertFromMimeData(&words);
     }
 }
 

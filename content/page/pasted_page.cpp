@@ -19,10 +19,9 @@
 
 namespace {
 
+/// No file: it need not be one of this computer, and to ask another one for it tells that one who asks.
 QImage pictureInAddress(const QUrl& url)
 {
-    if (url.isLocalFile())
-        return readPicture(url.toLocalFile());
     if (url.scheme().compare(QLatin1String("data"), Qt::CaseInsensitive) != 0)
         return {};
     const QByteArray content = url.toEncoded(QUrl::FullyEncoded);
@@ -157,8 +156,11 @@ bool isPictureOnly(const QMimeData& source)
     if (!source.hasImage())
         return false;
     QString words = source.text();
-    if (source.hasHtml())
-        words = QTextDocumentFragment::fromHtml(source.html()).toPlainText();
+    if (source.hasHtml()) {
+        PastedDocument document;
+        document.setHtml(source.html());
+        words = document.toPlainText();
+    }
     return words.remove(QChar::ObjectReplacementCharacter).trimmed().isEmpty();
 }
 

@@ -15,9 +15,9 @@ class QTextDocumentFragment;
 bool isPictureOnly(const QMimeData& source);
 
 /// Rich text of a clipboard, made fit for the page:
-/// - pictures that the text carries itself (data: addresses) or that lie in local files become resources of `page`,
-///   scaled down where they are wider than the sheet; others are left out, since only a broken-picture mark would
-///   print;
+/// - pictures that the text carries itself (data: addresses) become resources of `page`, scaled down where they are
+///   wider than the sheet; others are left out: for a text from elsewhere no file is read and no computer is asked, and
+///   only a broken-picture mark would print;
 /// - colours are left out, since the head knows ink and paper only and light text would vanish;
 /// - font sizes are given in points, so that the size steps act on them.
 QTextDocumentFragment pastedText(const QString& html, QTextDocument& page, const PictureRoom& room);
@@ -28,7 +28,7 @@ constexpr int kBehindTable = 1;
 /// Gives the picture that a text names, or a null one, which is left out.
 using PictureSource = std::function<QImage(const QString& address)>;
 
-/// As pastedText(), with pictures that somebody else finds: no file is read.
+/// As pastedText(), with pictures that somebody else finds.
 QTextDocumentFragment adoptedText(const QString& html, const PictureSource& pictures, QTextDocument& page,
                                   const PictureRoom& room);
 

@@ -5,6 +5,7 @@
 #include "content/page/picture_insertion.h"
 #include "content/page/text_runs.h"
 
+#include <QBuffer>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDropEvent>
@@ -19,6 +20,8 @@
 #include <QtTest>
 
 #include <memory>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 class EditMainWindowTest : public QObject
 {
@@ -38,6 +41,13 @@ class EditMainWindowTest : public QObject
         QImage image(width, height, QImage::Format_ARGB32);
         image.fill(colour);
         return image;
+    }
+
+    static QString dataAddress(const QImage& image)
+    {
+        QBuffer png;
+        image.save(&png, "PNG");
+        return "data:image/png;base64," + png.data().toBase64();
     }
 
     QImage picture(int run) const
@@ -189,10 +199,9 @@ private slots:
                 source.setPixel(x, y, 0xff000000u | static_cast<uint>(x * 7919 + y * 104729) % 0xffffffu);
         }
         const QImage pasted = source.copy(0, 0, 500, 20);
-        QVERIFY(pasted.save(file("500.png").toLocalFile()));
         perform("'above Return");
         auto* rich = new QMimeData;
-        rich->setHtml("<img src='" + file("500.png").toString() + "'>");
+        rich->setHtml("<img src='" + dataAddress(pasted) + "'>");
         QApplication::clipboard()->setMimeData(rich);
         perform("Ctrl+V Return");
         m_window->slotsInsertImage(source);
@@ -301,14 +310,18 @@ private slots:
         const QList<QUrl> none;
         const QList<QUrl> files{file("红 50%.png"), file("broken.png"), file("wide.bmp"), file("tall.png")};
         const QString link = "<img src='http://a.org/a.png'>";
-        const QString tall = "<img src=" + files[3].toString();
+        const QString local = "<img src=" + files[0].toEncoded() + "><img src=" + files[0].path().toUtf8() + ">";
+        const QString behind = "<p style='background-image:url(" + files[2].toString() + ")'>words</p>";
+        const QString wide = dataAddress(filled(2000, 100, Qt::blue));
+        const QString tall = "<img src=" + dataAddress(filled(30, 33000));
         const QString rich = "<p style='background:#222; color:#eee; font-size:40px'>light <b>bold</b>" + link +
-                             "<img width=2000 src=" + files[2].toString() + "><img src=" + files[0].toEncoded() +
-                             ">" + tall + ">" + tall + " width=2000>" + tall + " width=90 height=9>" +
-                             "<img height=10 src=" + files[2].toString() + ">";
+                             local + "<img width=2000 src=" + wide +
+                             "><img src=" + dataAddress(filled(40, 10, Qt::red)) + ">" + tall + ">" + tall +
+                             " width=2000>" + tall + " width=90 height=9>" + "<img height=10 src=" + wide + ">";
         QTest::newRow("picture") << QString() << true << none << "#000000 L";
         QTest::newRow("picture of a browser") << link << true << none << "#000000 L";
-        QTest::newRow("picture of words") << "<p>words</p>" << true << none << "words20 L";
+        QTest::newRow("picture of words") << behind << true << none << "words20 L";
+        QTest::newRow("rich text of old") << "<qt>" + behind << false << none << "plain20 L";
         QTest::newRow("rich text") << rich << false << none
                                    << "light 28.8 bold28.8B #0000ff #ff0000x40 #000000x90 #0000ffx200 L";
         QTest::newRow("files") << QString() << false << files << "#ff0000 #0000ff L";
@@ -322,13 +335,22 @@ private slots:
         auto* source = new QMimeData;
         if (!files.isEmpty())
             source->setUrls(files);
-        if (!html.isEmpty())
+        if (html.startsWith("<qt>")) {
+            source->setData("application/x-qrichtext", html.toUtf8());
+            source->setText("plain");
+        } else if (!html.isEmpty()) {
             source->setHtml(html);
+        }
         if (picture)
             source->setImageData(filled(40, 10));
         QApplication::clipboard()->setMimeData(source);
+        const int watch = inotify_init1(IN_NONBLOCK);
+        QVERIFY(inotify_add_watch(watch, QFile::encodeName(m_folder.path()), IN_OPEN) >= 0);
         perform("Ctrl+V");
         QTEST(page(), "expected");
+        char opened[4096];
+        QCOMPARE(read(watch, opened, sizeof opened) < 0, files.isEmpty()); // whatever the text names
+        close(watch);
         perform("Ctrl+Z"); // what came together goes together
         QCOMPARE(page(), QStringLiteral("L"));
 
