@@ -1,5 +1,7 @@
 #include "cloud/request_log.h"
 
+#include "app/globals/log_text.h"
+
 #include <QtDebug>
 
 namespace {
@@ -8,7 +10,7 @@ constexpr int kLoggedCharacters = 16 * 1024;
 
 void logRequestText(const QString& text)
 {
-    qDebug().noquote() << text.left(kLoggedCharacters);
+    qDebug().noquote() << logText(text.left(kLoggedCharacters));
     if (text.size() > kLoggedCharacters)
         qDebug() << "... of" << text.size() << "characters";
 }

@@ -1,5 +1,7 @@
 #include "update/download_manager.h"
 
+#include "app/globals/log_text.h"
+
 #include <QDebug>
 #include <QFile>
 #include <QNetworkAccessManager>
@@ -7,7 +9,12 @@
 namespace {
 
 const QString kTemporarySuffix = QStringLiteral("_tmp");
-const QString kFailureMark = QStringLiteral("__________");
+
+/// @param reason  may quote the server
+void logFailure(const QString& reason)
+{
+    qDebug().noquote() << "__________" << QLatin1Char('"') + logText(reason) + QLatin1Char('"');
+}
 
 /// Whether all of it is on the disk. The file is closed between chunks, so that nobody who looks at it is locked out.
 bool append(QFile& file, const QByteArray& chunk)
@@ -142,7 +149,7 @@ void DownloadManager::onFinished()
     if (m_reply) {
         status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         if (m_reply->error() != QNetworkReply::NoError) {
-            qDebug() << kFailureMark << m_reply->errorString();
+            logFailure(m_reply->errorString());
         } else if (isCutOff()) {
             fail(QStringLiteral("the connection ended early"));
             return;
@@ -177,7 +184,7 @@ void DownloadManager::onError(QNetworkReply::NetworkError code)
 
 void DownloadManager::fail(const QString& reason)
 {
-    qDebug() << kFailureMark << reason;
+    logFailure(reason);
     reset();
     emit signalDownloadError();
 }

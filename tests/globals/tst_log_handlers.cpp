@@ -1,4 +1,5 @@
 #include "app/globals/log_handlers.h"
+#include "app/globals/log_text.h"
 #include "tests/files.h"
 
 #include <QDir>
@@ -28,6 +29,13 @@ private slots:
         }
         const QString log = readFile("quillbox_log.txt");
         QVERIFY2(QRegularExpression('^' + records + '$').match(log).hasMatch(), qPrintable(log));
+    }
+
+    void quotes()
+    {
+        QCOMPARE(logText("羽毛盒 🖨 \"%1\""), QString("羽毛盒 🖨 \"%1\""));
+        QCOMPARE(logText("a\nb\r\t\\n\x1b[2J\u009b\u2028\u2029\u202e\U000e0041") + logText(QChar(0xd83d)),
+                 QString(R"(a\nb\r\t\\n\u001b[2J\u009b\u2028\u2029\u202e\udb40\udc41\ud83d)"));
     }
 
     void console_data()

@@ -106,7 +106,9 @@ private slots:
         m_service.setInstaller(installer);
         Download download;
         limitFiles(static_cast<rlim_t>(room));
-        const QList<int> said = download.run(m_url, file);
+        if (installer.status == 404)
+            QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^_{10} \"[^\"\\n]+\\?\\\\u2028 [^\"\\n]+\"$"));
+        const QList<int> said = download.run(m_url + "?%E2%80%A8", file);
         limitFiles(RLIM_INFINITY);
         QCOMPARE(said, QList<int>{outcome});
         QCOMPARE(read(file), size > 0 ? installerBytes(0, size) : kOld);
