@@ -2,6 +2,7 @@
 
 #include "app/dialogs/progress_cat_running_dialog.h"
 #include "app/dialogs/qx_message_dialog.h"
+#include "app/globals/log_text.h"
 #include "app/globals/settings.h"
 #include "cloud/client_identity.h"
 #include "cloud/digests.h"
@@ -15,6 +16,7 @@
 #include <QNetworkReply>
 #include <QSettings>
 #include <QSysInfo>
+#include <QTimer>
 #include <QUrl>
 #include <QtDebug>
 
@@ -87,6 +89,11 @@ void BaseApi::setSilenceLimitMs(int ms)
     m_request.setTransferTimeout(ms);
 }
 
+void BaseApi::setTimeLimitMs(int ms)
+{
+    m_timeLimitMs = ms;
+}
+
 void BaseApi::sendRequest(const QString& apiName, const QJsonObject& parameters)
 {
     sendRequest(apiName, QJsonDocument(parameters));
@@ -138,10 +145,12 @@ void BaseApi::doGet(const QString& apiName)
 
 void BaseApi::start(QNetworkReply* reply)
 {
+    reply->setReadBufferSize(kLongestReplyBytes + 1); // no more is taken from the connection
     connect(reply, &QNetworkReply::readyRead, reply, [reply] {
         if (reply->bytesAvailable() > kLongestReplyBytes)
             reply->abort();
     });
+    QTimer::singleShot(m_timeLimitMs, reply, &QNetworkReply::abort);
 }
 
 void BaseApi::showBusy()
@@ -180,7 +189,9 @@ void BaseApi::onRequestFinished(QNetworkReply* reply)
 {
     if (m_showProgress)
         closeBusy();
-    qDebug() << "=================== start ====================== onRequestFinished" << reply->url();
+    qDebug().noquote()
+        << "=================== start ====================== onRequestFinished"
+        << QStringLiteral("QUrl(\"%1\")").arg(logText(reply->url().toDisplayString())); // or of a redirect
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     const int httpStatus = status.isValid() ? status.toInt() : kNoConnection;
     const QString text = status.isValid() ? latin1Text(reply->readAll()) : tr("请检查网络链接是否正常");

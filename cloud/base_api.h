@@ -24,8 +24,9 @@ class BaseApi : public QObject
     Q_OBJECT
 
 public:
-    /// A longer reply is given up and counts as a network error.
-    static constexpr qint64 kLongestReplyBytes = qint64{64} * 1024 * 1024;
+    /// A longer reply is given up and counts as a network error. So is the text within "data" limited, since cipher
+    /// and base64 make no text shorter, and what Qt makes of it: some 30 MB at worst, read in a tenth of a second.
+    static constexpr qint64 kLongestReplyBytes = qint64{1024} * 1024;
 
     explicit BaseApi(QObject* parent = nullptr);
     ~BaseApi() override;
@@ -41,6 +42,9 @@ public:
     void setShowProgress(bool show); ///< whether doPost() shows the busy dialog; it does unless told otherwise
     /// How long the service may say nothing before the call fails as without a connection.
     void setSilenceLimitMs(int ms);
+    /// How long a call may take from its start to the last byte of its reply, 30 s unless told otherwise. Then it
+    /// fails, with the reply's status where it has come, else as without a connection.
+    void setTimeLimitMs(int ms);
 
 signals:
     // What travels, for whoever watches the calls; the client itself needs neither.
@@ -79,6 +83,7 @@ private:
     bool m_showProgress = true;
     QNetworkRequest m_request;
     std::unique_ptr<QNetworkAccessManager> m_manager;
+    int m_timeLimitMs = 30000;
     int m_userId = 0;      ///< of the settings store; 0: nobody has logged in
     Method m_method = Get; ///< of the last call, for the debugger
 };

@@ -39,7 +39,12 @@ protected:
     }
 };
 
-QByteArray s_log;
+QString s_log;
+
+void note(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    s_log += text;
+}
 
 QByteArray nested(int depth)
 {
@@ -75,6 +80,7 @@ class RequestsTest : public QObject
 private slots:
     void init()
     {
+        s_log.clear();
         QSettings(kOrganization, kApplication).clear();
         g_uuid = "{01234567-89ab-cdef-0123-456789abcdef}";
         serviceAddress() = m_service.address();
@@ -157,10 +163,14 @@ private slots:
         row("nested too deep", {200, nested(100000)}, unparsed);
         row("inner nested too deep", {200, inData(nested(100000))}, nothing);
         row("compressed", {200, good, "application/json"}, unparsed);
-        row("64 MiB", {200, QByteArray(64 << 20, 'x')}, unparsed);
-        row("too long", {200, QByteArray((64 << 20) + (1 << 20), 'x')}, {"failed 200 "});
+        row("1 MiB", {200, QByteArray(1 << 20, 'x')}, unparsed);
+        row("too long", {200, QByteArray((1 << 20) + 1, 'x')}, {"failed 200 "});
+        const QString controls = QString::fromUtf8("\x1b[2J\r\u202e\u2028\u009b");
+        const QJsonObject bad{{"code", 0}, {"result", controls}};
+        row("controls", ServiceReply::enciphered(bad), {"failed 200 " + controls});
+        row("controls, unparsed", {200, "\x1b[2J\r\x9b"}, unparsed);
         row("created", {201, good}, {R"(success 201 {"a":1})"});
-        row("redirected", {302, "", "text/plain", "Other"}, {R"(success 200 {"b":2})"});
+        row("redirected", {302, "", "text/plain", "Other?%E2%80%A8"}, {R"(success 200 {"b":2})"});
         row("redirect to nowhere", {302, good}, {"failed 302 "});
         row("304", {304, good}, {"failed 304 json_parse_error"});
         row("404", {404, good}, {"failed 404 " + good});
@@ -172,12 +182,14 @@ private slots:
         QFETCH(ServiceReply, reply);
         m_service.setReply("some/Other", ServiceReply::plain(ServiceReply::success({{"b", 2}})));
         m_service.setReply(kCall, reply);
+        qInstallMessageHandler(note);
         Call call;
         call.sendRequest(kCall, QJsonObject());
         QVERIFY(shown<ProgressCatRunningDialog>());
         QVERIFY(call.over.wait(60000));
         QVERIFY(!shown<ProgressCatRunningDialog>());
         QTEST(call.handlers, "handlers");
+        QVERIFY(!s_log.contains(QRegularExpression("[\\p{Cc}\\p{Cf}\\p{Zl}\\p{Zp}]")));
     }
 
     void noConnection()
@@ -191,11 +203,13 @@ private slots:
 
         serviceAddress() = m_service.address();
         m_service.setReply(kCall, silence());
-        Call unheard;
-        unheard.setSilenceLimitMs(100);
-        unheard.sendRequest(kCall, QJsonObject());
-        QVERIFY(unheard.over.wait());
-        QCOMPARE(unheard.handlers, lost);
+        for (const auto limit : {&BaseApi::setSilenceLimitMs, &BaseApi::setTimeLimitMs}) {
+            Call unheard;
+            (unheard.*limit)(100);
+            unheard.sendRequest(kCall, QJsonObject());
+            QVERIFY(unheard.over.wait() && !shown<ProgressCatRunningDialog>());
+            QCOMPARE(unheard.handlers, lost);
+        }
     }
 
     void busyOnlyWhileACallIsOnItsWay()
@@ -216,7 +230,7 @@ private slots:
     void login()
     {
         m_service.setUser("小明", "s3cret 密", {{"userId", 9}});
-        qInstallMessageHandler([](QtMsgType, auto&, const QString& text) { s_log += text.toUtf8(); });
+        qInstallMessageHandler(note);
         LoginApi api;
         int id = 0;
         api.login("小明", "s3cret 密", [&id](const UserModel& user) { id = user.userId; });
@@ -241,6 +255,7 @@ private slots:
             m_service.setReply(kVersionCall, reply);
             GetSWVersionApi api;
             QSignalSpy over(&api, &BaseApi::signalReceived);
+            qInstallMessageHandler(note);
             int calls = 0;
             api.checkVersion([&](const GetSWVersionModel& model) {
                 ++calls;
@@ -248,6 +263,8 @@ private slots:
                 QCOMPARE(shown<UpgradeAppWindow>() != nullptr, code == QJsonValue("101"));
             });
             QVERIFY(over.wait() && calls == 1);
+            const QString asItCame = QJsonDocument(QJsonArray{code}).toJson(QJsonDocument::Compact).mid(1).chopped(1);
+            QVERIFY(s_log.contains("mandatory update: {\"mustUpdate\":true,\"versionCode\":" + asItCame + "}"));
             QCOMPARE(m_service.requests().last().parameters, kVersionAsked);
             cleanup();
         }
