@@ -6,6 +6,7 @@
 #include "app/globals/model.h"
 #include "app/globals/sheet_model.h"
 #include "app/globals/trace.h"
+#include "app/idle_moment.h"
 #include "app/more_actions.h"
 #include "app/newest_version_box.h"
 #include "app/print_progress.h"
@@ -290,10 +291,17 @@ void MainWindow::onMenuUpdateClicked()
     });
     check->checkVersion([window = QPointer<MainWindow>(this)](const GetSWVersionModel& newest) {
         if (window && newest.mustUpdate)
-            window->close();
+            atIdleMoment(window, [window] { window->closeForUpdate(); });
         else if (window && window->m_tellsNewest && newest.versionCode.toInt() <= kClientVersionCode)
             showNewestVersionBox(*window);
     });
+}
+
+/// Nobody asked for this close, so it must not cost the page.
+void MainWindow::closeForUpdate()
+{
+    if (editWindow->writeDraft())
+        close();
 }
 
 void MainWindow::slotsAskForUpdate()

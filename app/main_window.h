@@ -78,7 +78,8 @@ public slots:
 
     void onBtnFontClicked();
     /// Asks the service for a newer version, at every start as well. The answer opens a window of its own, and closes
-    /// this one when the service will not have the old version used any longer.
+    /// this one when the service will not have the old version used any longer: once dialogs and a download of the
+    /// update have ended, and where drafts are kept only once that of the page is written.
     void onMenuUpdateClicked();
     void onMenuAboutClicked();
 
@@ -101,6 +102,7 @@ private:
     void createPages();
     void connectButtons();
     void showPrintState();
+    void closeForUpdate();
 
     // The window's members have had these names for as long as there is a window.
     // NOLINTBEGIN(readability-identifier-naming)

@@ -176,7 +176,7 @@ void DraftKeeper::settle(const QString& error)
     m_timer.start(kRetryMs);
 }
 
-void DraftKeeper::writeNow()
+bool DraftKeeper::writeNow()
 {
     if (m_thread.joinable()) {
         m_thread.join();
@@ -185,4 +185,5 @@ void DraftKeeper::writeNow()
     const bool moved = m_editor->textCursor().position() != m_writtenCaret;
     if ((m_changed || moved) && prepare())
         settle(m_writer.write(contentOf(*m_editor), m_file));
+    return !m_changed;
 }

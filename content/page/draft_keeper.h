@@ -32,7 +32,8 @@ public:
     void restore();
 
     /// Writes the draft now, if the page or the caret has changed. What goes wrong is logged and tried again later.
-    void writeNow();
+    /// @return whether the draft is as the page
+    bool writeNow();
 
     /// Whether there is a draft that no running client holds.
     bool hasOthers() const;

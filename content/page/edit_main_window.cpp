@@ -139,10 +139,9 @@ void EditMainWindow::keepDrafts(const QString& folder)
     m_drafts->restore();
 }
 
-void EditMainWindow::writeDraft()
+bool EditMainWindow::writeDraft()
 {
-    if (m_drafts)
-        m_drafts->writeNow();
+    return !m_drafts || m_drafts->writeNow();
 }
 
 void EditMainWindow::initFont()

@@ -45,7 +45,8 @@ public:
     /// @param folder  of all drafts
     void keepDrafts(const QString& folder);
     /// Writes the draft at once, if there is one to keep.
-    void writeDraft();
+    /// @return false: the page is not on the disk as it should be
+    bool writeDraft();
 
     /// The menu of the button at the end of the tool bar, for what concerns more than the text.
     QMenu* moreMenu() const { return m_moreMenu; }

@@ -276,29 +276,62 @@ private slots:
         QCOMPARE(picture, behindAlone);
     }
 
-    /// The main window closes and the offer keeps the program running, until it is closed as well.
+    /// The main window closes once the page that is being saved is on the disk, and the offer keeps the program running,
+    /// until it is closed as well.
     void mandatoryUpdateLeavesItsWindowAlone()
     {
         SimulatedService service;
         offer(service, "101", true);
         Client client(service.address());
         const QDir drafts(m_folder.filePath("drafts"));
+        const QString saved = m_folder.filePath("saved.html");
         client->keepDrafts(drafts.path());
         client->page()->editor()->setPlainText("page");
+        bool waited = false;
         bool closed = false;
         int kept = -1; // drafts, as soon as the window is closed
         QTimer timer;
         timer.callOnTimeout([&] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            if (dialog && shown<UpgradeAppWindow>()) { // the answer is there
+                waited = client->isVisible();
+                auto* field = dialog->findChild<QLineEdit*>("fileNameEdit");
+                field->setText(saved);
+                QTest::keyClick(field, Qt::Key_Return);
+            }
             if (!client->isVisible() && kept < 0)
                 kept = drafts.entryList({"*.html"}).size();
             QWidget* last = client->isVisible() ? nullptr : shown<UpgradeAppWindow>();
             closed = closed || (last && last->close());
         });
         timer.start(20);
+        QTimer::singleShot(0, client->page()->saveAction(), &QAction::trigger);
         QTimer::singleShot(5000, &timer, [] { QCoreApplication::exit(1); });
         QCOMPARE(QApplication::exec(), 0);
-        QVERIFY(closed);
+        QVERIFY(waited && closed && QFile::exists(saved));
         QCOMPARE(kept, 1);
+    }
+
+    /// Where the draft has no place the page would be lost, and a download ends first.
+    void mandatoryUpdateWaits()
+    {
+        QFile noFolder(m_folder.filePath("file"));
+        QVERIFY(noFolder.open(QIODevice::WriteOnly));
+        SimulatedService service;
+        offer(service, "100", true);
+        Client client(service.address());
+        client->keepDrafts(noFolder.fileName() + "/drafts");
+        UpgradeDialog download;
+        for (const QString page : {"page", ""}) {
+            download.setVisible(page.isEmpty());
+            client->page()->editor()->setPlainText(page);
+            client->onMenuUpdateClicked();
+            QTRY_VERIFY(!isChecking());
+            QVERIFY(client->isVisible());
+        }
+        QTimer::singleShot(0, &download, &QWidget::close);
+        QTimer::singleShot(5000, &download, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QApplication::exec(), 0);
     }
 
     void nothingToOffer()
