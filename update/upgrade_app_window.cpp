@@ -1,6 +1,7 @@
 #include "update/upgrade_app_window.h"
 
 #include "ui_upgrade_app_window.h"
+#include "update/installer_name.h"
 #include "update/upgrade_dialog.h"
 
 #include <QDebug>
@@ -11,28 +12,8 @@
 
 namespace {
 
-constexpr int kShownCharacters = 20000; ///< of the notes: more than anyone reads, and laid out in half a second
-constexpr int kShownVersion = 200;      ///< characters, of which fewer have room
-constexpr int kNotesWidth = 336;        ///< pixels beside the scroll bar
-constexpr ushort kFirstIdeograph = 0x2e80;
-constexpr QChar kBreakHere(0x200b); ///< takes no room itself
-
-/// The text with places to break within words that are wider than a line.
-QString breakable(const QString& text, const QFontMetrics& metrics)
-{
-    QString result;
-    int width = 0; // of the word so far
-    for (const QChar c : text) {
-        const bool breaksAnyway = c.isSpace() || c.unicode() >= kFirstIdeograph;
-        width = breaksAnyway ? 0 : width + metrics.horizontalAdvance(c);
-        if (width > kNotesWidth) {
-            result += kBreakHere;
-            width = metrics.horizontalAdvance(c);
-        }
-        result += c;
-    }
-    return result;
-}
+constexpr int kShownVersion = 200; ///< characters, of which fewer have room
+constexpr int kLongNotes = 2000;   ///< characters, which never fit without the scroll bar
 
 } // namespace
 
@@ -69,15 +50,17 @@ void UpgradeAppWindow::showVersion()
 
 void UpgradeAppWindow::showNotes()
 {
-    QLabel* label = m_ui->labelNotes; // which the scroll area gives the height of its text
-    label->ensurePolished();
-    label->setText(breakable(m_model.remark.left(kShownCharacters), label->fontMetrics()));
+    // Else the scroll area has long notes laid out with its bar and without.
+    const bool isLong = m_model.remark.size() > kLongNotes;
+    m_ui->areaNotes->setVerticalScrollBarPolicy(isLong ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAsNeeded);
+    m_ui->labelNotes->resize(m_ui->areaNotes->maximumViewportSize());
+    m_ui->labelNotes->setNotes(m_model.remark);
 }
 
 void UpgradeAppWindow::onUpdate()
 {
     const QString proposal = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + QLatin1Char('/') +
-                             m_model.swCategory + m_model.versionCode + QStringLiteral(".exe");
+                             installerName(m_model.swCategory, m_model.versionCode);
     const QString fileName = QFileDialog::getSaveFileName(this, tr("save file"), proposal, QString());
     qDebug() << fileName;
     if (fileName.isEmpty())
