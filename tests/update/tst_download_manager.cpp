@@ -1,3 +1,4 @@
+#include "simulator/cloud/raw_server.h"
 #include "simulator/cloud/simulated_service.h"
 #include "update/download_manager.h"
 
@@ -50,6 +51,13 @@ void write(const QString& name, const QByteArray& bytes)
 {
     QFile file(name);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
+/// The most memory that this process has had so far.
+qint64 peakMegabytes()
+{
+    const QString status = QString::fromLatin1(read("/proc/self/status"));
+    return QRegularExpression("VmHWM:\\s*(\\d+)").match(status).captured(1).toLongLong() / 1024;
 }
 
 /// Files of this process may not grow beyond so many bytes, as on a full disk.
@@ -145,10 +153,106 @@ private slots:
         Download download;
         connect(&download, &DownloadManager::signalDownloadProcess, this,
                 [&] { QDir(folder.path()).removeRecursively(); });
-        QCOMPARE(download.run(m_url, folder.filePath("a.exe")), QList<int>{200});
+        QCOMPARE(download.run(m_url, folder.filePath("a.exe")), QList<int>{kError});
         QVERIFY(!QFile::exists(folder.path()));
-        for (const char* url : {"", "nonsense", "http://127.0.0.1:1/x"})
-            QCOMPARE(download.run(url, folder.filePath("a.exe")), QList<int>{kError});
+        QCOMPARE(download.run("http://127.0.0.1:1/x", folder.filePath("a.exe")), QList<int>{kError});
+    }
+
+    void startsNothing()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("a.exe");
+        for (const QString& name : {file, file + "_tmp", folder.filePath("b")})
+            write(name, kOld);
+        m_service.setInstaller({300000});
+        const std::pair<QString, QString> rows[] = {{"", file},
+                                                    {"nonsense", file},
+                                                    {"FILE://" + folder.filePath("b"), file},
+                                                    {"data:,x", file},
+                                                    {"ftp://127.0.0.1:1/x", file},
+                                                    {"http:///x", file},
+                                                    {m_url, file + QChar(0) + ".exe"}};
+        for (const auto& [url, target] : rows) {
+            Download download;
+            QCOMPARE(download.run(url, target), QList<int>{kError});
+            download.reset();
+            QCOMPARE(read(file) + read(file + "_tmp"), kOld + kOld);
+            QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 3);
+        }
+        QCOMPARE(Download().run("HTTP" + m_url.mid(4), file), QList<int>{200});
+    }
+
+    void oneTransferToAFile()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("a.exe");
+        QFile lock(file + "_tmp.lock"); // of a client that has crashed
+        write(lock.fileName(), "4194305\nquillbox\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+        m_service.setInstaller({300000, Length::Told, 200, 0, 0, -1, 100000});
+        Download first;
+        first.downloadFile(m_url, file);
+        QTRY_COMPARE(QFileInfo(file + "_tmp").size(), 100000);
+        QVERIFY(lock.open(QIODevice::ReadWrite) &&
+                lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
+        Download second;
+        QCOMPARE(second.run(m_url, file), QList<int>{kError});
+        second.reset();
+        QCOMPARE(QFileInfo(file + "_tmp").size(), 100000);
+        first.reset();
+        QVERIFY(QDir(folder.path()).isEmpty());
+        m_service.setInstaller({3000000, Length::Chunked});
+        connect(&second, &DownloadManager::signalDownloadProcess, this, [&] { QFile::remove(file + "_tmp"); });
+        QCOMPARE(second.run(m_url, file), QList<int>{kError});
+        QVERIFY(QDir(folder.path()).isEmpty());
+    }
+
+    void hostileServers_data()
+    {
+        QTest::addColumn<QByteArray>("head");
+        QTest::addColumn<QByteArray>("piece"); // sent without end
+        const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+        const QByteArray chunked = ok + "Transfer-Encoding: chunked\r\n\r\n";
+        const QByteArray coded = qCompress(installerBytes(0, 3000000)).mid(4);
+        const QByteArray deflate = ok + "Content-Encoding: deflate\r\n";
+        const QByteArray large(65536, 'a');
+        QTest::newRow("coded") << deflate + "\r\n" + coded << QByteArray();
+        QTest::newRow("coded, cut") << deflate + "Content-Length: 400000\r\n\r\n" + coded.left(50000) << QByteArray();
+        QTest::newRow("body") << ok + "\r\n" << large;
+        QTest::newRow("chunks") << chunked << "10000\r\n" + large + "\r\n";
+        QTest::newRow("10 TB") << ok + "Content-Length: 10000000000000\r\n\r\n" << QByteArray("x");
+        for (const QByteArray place : {"file:///etc/hostname", "data:,x", "ftp://127.0.0.1:1/"})
+            QTest::addRow("to %s", place.constData()) << "HTTP/1.1 302 \r\nLocation: " + place + "\r\n\r\n"
+                                                      << QByteArray();
+        QTest::newRow("no HTTP") << QByteArray(100000, '\0') << QByteArray();
+        QTest::newRow("headers") << ok << "X: " + large + "\r\n";
+        QTest::newRow("continue") << QByteArray() << QByteArray("HTTP/1.1 100 \r\n\r\n").repeated(1000);
+        QTest::newRow("line of a chunk") << chunked + "5;" << large;
+    }
+
+    void hostileServers()
+    {
+        QFETCH(QByteArray, head);
+        QFETCH(QByteArray, piece);
+        const RawServer server(head, piece, piece.isEmpty() ? 0 : -1);
+        const QTemporaryDir folder;
+        write(folder.filePath("a.exe"), kOld);
+        auto download = std::make_unique<Download>();
+        download->setSilenceLimitMs(900);
+        download->setSizeLimit(100000000);
+        // Of a slow disk.
+        QTimer::singleShot(100, download.get(), [] { QThread::msleep(500); });
+        QCOMPARE(download->run(server.address(), folder.filePath("a.exe")), QList<int>{kError});
+        const RawServer another(head, piece, piece.isEmpty() ? 0 : -1); // the first one may still send
+        download->downloadFile(another.address(), folder.filePath("a.exe"));
+        QTRY_VERIFY(another.sent() > (piece.size() > 1 ? 1000000 : 0));
+        QElapsedTimer clock;
+        clock.start();
+        download.reset();
+        QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY2(peakMegabytes() < 300, qPrintable(QString::number(peakMegabytes())));
+        QFile::remove(folder.filePath("a.exe_tmp")); // of the one that was given up
+        QCOMPARE(read(folder.filePath("a.exe")), kOld);
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 1);
     }
 
     void stopsAndStartsAnew()
