@@ -10,6 +10,7 @@
 #include "cloud/request_log.h"
 #include "cloud/service_address.h"
 #include "cloud/text_cipher.h"
+#include "update/network_release.h"
 
 #include <QDateTime>
 #include <QNetworkAccessManager>
@@ -63,6 +64,7 @@ BaseApi::BaseApi(QObject* parent)
 BaseApi::~BaseApi()
 {
     disconnect(m_manager.get(), nullptr, this, nullptr);
+    releaseNetwork(m_manager.release()); // whose thread may still be busy with what the service sends
     closeBusy();
 }
 

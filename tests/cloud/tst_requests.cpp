@@ -6,6 +6,7 @@
 #include "cloud/login_api.h"
 #include "cloud/service_address.h"
 #include "cloud/text_cipher.h"
+#include "simulator/cloud/raw_server.h"
 #include "simulator/cloud/service_crypto.h"
 #include "simulator/cloud/simulated_service.h"
 #include "tests/shown_window.h"
@@ -225,6 +226,20 @@ private slots:
         QVERIFY(shown<ProgressCatRunningDialog>());
         call.reset();
         QVERIFY(!shown<ProgressCatRunningDialog>());
+    }
+
+    /// Headers without end, which Qt's thread reads as long as they come.
+    void isGivenUpAtOnce()
+    {
+        RawServer server("HTTP/1.1 200 OK\r\n", "X: " + QByteArray(65536, 'a') + "\r\n", -1);
+        serviceAddress() = server.address();
+        auto call = std::make_unique<Call>();
+        call->doGet(kCall);
+        QTRY_VERIFY(server.sent() > 1000000);
+        QElapsedTimer clock;
+        clock.start();
+        call.reset();
+        QVERIFY(clock.elapsed() < 1000);
     }
 
     void login()
