@@ -37,7 +37,7 @@ DownloadManager::DownloadManager(QObject* parent)
 {
     m_refusalTimer.setSingleShot(true);
     connect(&m_refusalTimer, &QTimer::timeout, this, [this] {
-        qDebug() << kFailureMark << m_refusal;
+        logFailure(m_refusal);
         setRunning(false);
         emit signalDownloadError();
     });
