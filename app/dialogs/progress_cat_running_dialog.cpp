@@ -66,6 +66,12 @@ void ProgressCatRunningDialog::startAnimation()
     movie->start();
 }
 
+/// A film without speed asks for no further frame and goes on from its frame later; it runs all the while.
+void ProgressCatRunningDialog::setAnimated(bool animated)
+{
+    m_ui->label->movie()->setSpeed(animated ? 100 : 0);
+}
+
 void ProgressCatRunningDialog::standOver(QWidget* window)
 {
     client() = window;
@@ -95,6 +101,8 @@ void ProgressCatRunningDialog::placeOverClient()
 
 bool ProgressCatRunningDialog::event(QEvent* event)
 {
+    if (event->type() == QEvent::Show || event->type() == QEvent::Hide)
+        setAnimated(event->type() == QEvent::Show);
     if (event->type() == QEvent::Show && client()) {
         placeOverClient();
         client()->installEventFilter(this); // at the program's start the dialog comes first

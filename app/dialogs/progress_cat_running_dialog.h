@@ -11,8 +11,9 @@ class Progress_Cat_Running_Dialog;
 
 /// A cat that runs while the person has to wait. Frameless and always on top; only the program closes it, and closing
 /// hides it: Esc and the window manager's close do nothing, since nobody would then clear what is being waited for.
-/// It does not keep the program running. It is shown without being activated, and hands on what activation it gets, so
-/// that one can go on writing. GUI thread.
+/// Once it is hidden the cat stands still, so that dialogs that are left behind cost nothing. It does not keep the
+/// program running. It is shown without being activated, and hands on what activation it gets, so that one can go on
+/// writing. GUI thread.
 class ProgressCatRunningDialog : public QDialog
 {
     Q_OBJECT
@@ -41,6 +42,7 @@ private:
     QWidget* clientInSight() const;
     void placeOverClient();
     void startAnimation();
+    void setAnimated(bool animated);
 
     std::unique_ptr<Ui::Progress_Cat_Running_Dialog> m_ui;
     std::optional<QString> m_text; ///< nothing until setText(): the form's own text shows

@@ -93,6 +93,21 @@ private slots:
         QCOMPARE(image.pixel(65, 25), qRgba(0, 0, 0, 255));
     }
 
+    /// Each connecting phase leaves a hidden dialog behind, and none of them may go on decoding.
+    void hiddenCatStandsStill()
+    {
+        ProgressCatRunningDialog dialog;
+        QMovie* movie = labelOf(dialog, "label")->movie();
+        QSignalSpy frames(movie, &QMovie::frameChanged);
+        for (int round = 0; round < 2; ++round) {
+            dialog.show();
+            QVERIFY(frames.wait(1000) && frames.wait(1000));
+            dialog.close();
+            (void)frames.wait(300); // the one that was due
+            QVERIFY(!frames.wait(300) && movie->state() == QMovie::Running && movie->speed() == 0);
+        }
+    }
+
     void aboutByMouseAndByKeyboard()
     {
         AboutQuillboxDialog dialog;
