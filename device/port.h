@@ -42,6 +42,16 @@ struct port
 /// What read() returns when no data came in time.
 constexpr int kPortTimedOut = -7;
 
+// What else the ports of this project return; kPortTimedOut from write() says that the device takes nothing. Another
+// library may have numbers of its own, since the client does not decide by them and only puts them into words.
+constexpr int kPortTransferFailed = -1;
+constexpr int kPortNoPermission = -3;
+constexpr int kPortNoDevice = -4;      ///< none is plugged in, or the one that was opened is gone
+constexpr int kPortNotConfigured = -5; ///< the system gives the device no configuration, or takes it away
+constexpr int kPortInUse = -6;         ///< by another program
+constexpr int kPortRefused = -9;       ///< the device stalls the transfer
+constexpr int kPortNotSupported = -12; ///< the device has no bulk endpoint for each direction
+
 /// Makes the port of the given kind; the client asks for "USB". Whichever library the program links defines it.
 /// @param out  receives the port, which then lives until the process ends
 /// @return     0 for done; negative when there is no device or it cannot be opened

@@ -44,9 +44,16 @@ int bulkInterfaceOf(libusb_device* device, BulkInterface* found)
 /// What the port returns for a failure, which has libusb's numbers alone.
 int portResult(int failure)
 {
-    if (failure <= 0)
+    switch (failure) {
+    case UsbNoPrinter:
+        return LIBUSB_ERROR_NO_DEVICE;
+    case UsbNoInterface:
+        return LIBUSB_ERROR_NOT_SUPPORTED;
+    case UsbUnconfigured:
+        return LIBUSB_ERROR_NOT_FOUND;
+    default:
         return failure;
-    return failure == UsbNoPrinter ? LIBUSB_ERROR_NO_DEVICE : LIBUSB_ERROR_NOT_FOUND;
+    }
 }
 
 /// As lsusb counts: bus and address on it.

@@ -13,7 +13,11 @@
 #include <mutex>
 #include <new>
 
-static_assert(kPortTimedOut == LIBUSB_ERROR_TIMEOUT, "the port reports libusb's numbers");
+static_assert(kPortTransferFailed == LIBUSB_ERROR_IO && kPortNoPermission == LIBUSB_ERROR_ACCESS &&
+                  kPortNoDevice == LIBUSB_ERROR_NO_DEVICE && kPortNotConfigured == LIBUSB_ERROR_NOT_FOUND &&
+                  kPortInUse == LIBUSB_ERROR_BUSY && kPortTimedOut == LIBUSB_ERROR_TIMEOUT &&
+                  kPortRefused == LIBUSB_ERROR_PIPE && kPortNotSupported == LIBUSB_ERROR_NOT_SUPPORTED,
+              "the port reports libusb's numbers");
 
 namespace {
 

@@ -117,7 +117,7 @@ private slots:
         shape.alternateSetting = 2;
         row("only in its third setting", shape, 0, opened.arg(1));
         shape.hasBulkEndpoints = false;
-        row("no bulk endpoints", shape, kNotFound,
+        row("no bulk endpoints", shape, LIBUSB_ERROR_NOT_SUPPORTED,
             "the device has no interface with two bulk endpoints: it is not a printer of this kind [device 1:]");
         shape.configured = false;
         row("unconfigured", shape, kNotFound,
