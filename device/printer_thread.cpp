@@ -1,6 +1,7 @@
 #include "device/printer_thread.h"
 
 #include "device/packet.h"
+#include "device/printer_state.h"
 #include "device/printer_win.h"
 #include "device/raster.h"
 #include "imaging/binarize.h"
@@ -95,6 +96,7 @@ void PrinterThread::forgetCancel()
 void PrinterThread::run()
 {
     const Result result = printStoredImage();
+    m_portFailure = result.code == 0 ? 0 : lastPortFailureOfThisThread();
     emit resultReady(result.code, result.message);
 }
 

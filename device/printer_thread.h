@@ -40,6 +40,9 @@ public:
     /// thread; does not wait.
     void cancel();
 
+    /// The port's number for what made the job that ended last fail; 0 when the port was not to blame. Any thread.
+    int portFailure() const { return m_portFailure; }
+
 signals:
     /// Exactly one a run, emitted in the job's thread while isRunning() is still true.
     /// @param resultCode  0 for a page sent whole or cancelled, else 1
@@ -68,6 +71,7 @@ private:
 
     PrinterWin* m_printer;
     std::atomic<bool> m_canceled{false}; ///< the job that runs; changed under the mutex, read by the job without it
+    std::atomic<int> m_portFailure{0};   ///< set before the result is reported
     std::mutex m_jobMutex;               ///< guards the two below while they are handed over, never during a job
     QImage m_image;
     int m_printType = PrintPhoto;

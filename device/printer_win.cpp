@@ -1,6 +1,7 @@
 #include "device/printer_win.h"
 
 #include "device/port.h"
+#include "device/printer_state.h"
 
 #include <QMutex>
 #include <QMutexLocker>
@@ -22,11 +23,13 @@ void PrinterWin::openPort()
     qDebug() << "================end init printer===========";
     qDebug() << "==============start init printer===========";
     port* opened = nullptr;
-    if (io_port_creator(&opened, "USB") == 0 && opened) {
+    const int result = io_port_creator(&opened, "USB");
+    if (result == 0 && opened) {
         m_port = opened;
         g_portOpen = true;
         qDebug() << "PrinterInit Success";
     } else {
+        notePortResult(result);
         qDebug() << "PrinterInit Failed";
     }
     qDebug() << "================end init printer===========";
@@ -38,8 +41,10 @@ int PrinterWin::initPrinter()
     port* const device = m_port;
     if (!device)
         return kNoPort;
-    if (const int prepared = device->prepare(device); prepared != 0)
+    if (const int prepared = device->prepare(device); prepared != 0) {
+        notePortResult(prepared);
         return prepared;
+    }
     const int result = sendSetCrcKey();
     if (result < 0) {
         qDebug() << result << "initPrinter -> set CrcKey Failed";
@@ -60,6 +65,7 @@ int PrinterWin::write(const unsigned char* data, int length)
     }
     int written = -1;
     const int result = device->write(device, data, 0, length, &written);
+    notePortResult(result);
     if (result != 0) {
         g_printerReady = false;
         noteFailedWrite(qMax(written, 0)); // still -1 where the port left it alone
@@ -77,6 +83,8 @@ const unsigned char* PrinterWin::read(int* length, int* result)
         return nullptr;
     std::memset(receiveBuffer, 0, sizeof receiveBuffer);
     *result = device->read(device, receiveBuffer, 0, kReceiveCapacity, length);
+    if (*result != 0 && *result != kPortTimedOut)
+        notePortResult(*result);
     return receiveBuffer;
 }
 

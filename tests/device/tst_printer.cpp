@@ -1,4 +1,5 @@
 #include "device/port.h"
+#include "device/printer_state.h"
 #include "tests/device/printer_fixture.h"
 
 /// The connection against the simulated printer: what is sent, in which order, and what follows a failure.
@@ -59,6 +60,27 @@ private slots:
         QCOMPARE(m_exchanges->size(), 2);
     }
 
+    /// Of each operation; only a frame that goes out shows that the cause is gone.
+    void notesWhatThePortSays()
+    {
+        int length = 0, result = 0;
+        const auto fault = [](bool on) {
+            simulatedPrinter().fault([on](auto& faults) { faults.failingPrepare = faults.inHalted = on; });
+        };
+        simulatedPrinter().unplug();
+        m_printer->openPort();
+        simulatedPrinter().plugIn();
+        QCOMPARE(lastPortFailure(), kPortNoDevice);
+        fault(true);
+        QVERIFY(!m_printer->connectUsb() && lastPortFailure() == kPortRefused);
+        fault(false);
+        QVERIFY(m_printer->connectUsb() && lastPortFailure() == 0);
+        fault(true);
+        m_printer->read(&length, &result);
+        QCOMPARE(lastPortFailure(), kPortRefused);
+        QVERIFY(m_printer->sendFeedLines(0) > 0 && lastPortFailure() == 0);
+    }
+
     void twoThreadsExchangeOneKey()
     {
         std::unique_ptr<QThread> other(QThread::create([this] { m_printer->connectUsb(); }));
@@ -113,7 +135,7 @@ private slots:
         QVERIFY(result == 0 && length == 12 + 21); // the echo of the feed, the model
         QVERIFY(QByteArray(bytes, length).contains("Quillbox_K1"));
         m_printer->read(&length, &result); // nothing more, and nothing left over in the buffer
-        QCOMPARE(result, kPortTimedOut);
+        QVERIFY(result == kPortTimedOut && lastPortFailure() == 0);
         QCOMPARE(QByteArray(bytes, 33), QByteArray(33, '\0'));
     }
 };

@@ -1,3 +1,4 @@
+#include "device/port.h"
 #include "imaging/binarize.h"
 #include "imaging/conversion.h"
 #include "imaging/halftone.h"
@@ -63,6 +64,20 @@ private slots:
         QVERIFY(simulatedPrinter().frames().isEmpty());
         QCOMPARE(runJob(testPicture(576, 8), 1), QStringList{kNotSent}); // for K2, but the model is not known yet
         QCOMPARE(simulatedPrinter().report().paperLines, qint64{0});
+    }
+
+    /// However soon the receiver has mended it.
+    void keepsWhatMadeItFail()
+    {
+        PrinterThread thread;
+        thread.setImage(testPicture(384, 8), 1);
+        for (const bool refusing : {true, false}) {
+            simulatedPrinter().fault([&](auto& faults) { faults.refusingWrites = refusing; });
+            QCOMPARE(runStoredJob(thread), QStringList{refusing ? kNotSent : kSent});
+            simulatedPrinter().fault([](auto& faults) { faults.refusingWrites = false; });
+            QVERIFY(printerConnection()->connectUsb());
+            QCOMPARE(thread.portFailure(), refusing ? kPortRefused : 0);
+        }
     }
 
     void handedOverWhileAJobRuns()
