@@ -9,6 +9,7 @@
 #include "app/idle_moment.h"
 #include "app/more_actions.h"
 #include "app/newest_version_box.h"
+#include "app/print_failure_box.h"
 #include "app/print_progress.h"
 #include "cloud/client_identity.h"
 #include "cloud/get_sw_version_api.h"
@@ -19,13 +20,14 @@
 #include "content/page/print_preview_window.h"
 #include "device/diagnostics/diagnostic_hub.h"
 #include "device/packet_analysis.h"
+#include "device/printer.h"
 #include "device/printer_read_thread.h"
+#include "device/printer_state.h"
 #include "device/printer_thread.h"
 
 #include <QEvent>
 #include <QFileDialog>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QStackedWidget>
 #include <QStandardPaths>
 #include <QTextEdit>
@@ -201,8 +203,18 @@ void MainWindow::showPrintState()
 void MainWindow::slotsHandlePrintResult(int resultCode, QString strResult)
 {
     if (resultCode != 0)
-        QMessageBox::information(this, tr("消息提示"), strResult, QMessageBox::Ok);
+        showPrintFailureBox(*this, strResult, printerState(printThread ? printThread->portFailure() : 0));
     qDebug() << strResult;
+}
+
+QString MainWindow::printerState() const
+{
+    return printerState(lastPortFailure());
+}
+
+QString MainWindow::printerState(int portFailure) const
+{
+    return printerStateText(portFailure, deviceBusy || !g_printerReady, m_toldModel);
 }
 
 void MainWindow::slotsPickImage()
@@ -266,6 +278,7 @@ void MainWindow::onAnalysisSuccess(unsigned char pkgTag, QString text)
 {
     if (pkgTag != ReplyModel)
         return;
+    m_toldModel = text;
     sheetModel().choose(text);
     if (takeReportedModel(text))
         onDeviceInitTimeout();
@@ -328,6 +341,8 @@ void MainWindow::onDeviceInitTimeout()
 
 void MainWindow::onCheckSetCrcKeyFirstTime(bool isSuccess)
 {
+    if (isSuccess)
+        m_toldModel.clear(); // of the printer before
     if (!isSuccess || deviceBusy)
         return;
     deviceBusy = true;

@@ -47,6 +47,9 @@ public:
     /// @param folder  of all drafts, see draftsFolder()
     void keepDrafts(const QString& folder);
 
+    /// The printer as it stands now, in one line for the user.
+    QString printerState() const;
+
 signals:
     /// A picture was chosen from a file.
     void signalsPickImage(QImage image);
@@ -103,6 +106,7 @@ private:
     void connectButtons();
     void showPrintState();
     void closeForUpdate();
+    QString printerState(int portFailure) const;
 
     // The window's members have had these names for as long as there is a window.
     // NOLINTBEGIN(readability-identifier-naming)
@@ -120,6 +124,7 @@ private:
     // NOLINTEND(readability-identifier-naming)
 
     MoreActions* m_moreActions = nullptr;
+    QString m_toldModel;                      ///< by the printer since it was connected
     QPointer<GetSWVersionApi> m_versionCheck; ///< the newest one that is under way
     bool m_tellsNewest = false;               ///< the user asked for it
     PrintProgress* m_printProgress = nullptr;

@@ -6,11 +6,21 @@
 
 #include <QActionGroup>
 #include <QMenu>
+#include <QPalette>
 
 MoreActions::MoreActions(QMenu& menu, MainWindow& window)
     : QObject(&window)
+    , m_window(window)
+    , m_printer(new QAction(this))
     , m_languages(new QActionGroup(this))
 {
+    m_printer->setEnabled(false);
+    menu.insertAction(menu.actions().value(0), m_printer);
+    menu.insertSeparator(menu.actions().value(1));
+    QPalette palette = menu.palette();
+    palette.setColor(QPalette::Disabled, QPalette::Text, QColor(0x60, 0x60, 0x60)); // it is there to be read
+    menu.setPalette(palette);
+    connect(&menu, &QMenu::aboutToShow, this, [this] { m_printer->setText(m_window.printerState()); });
     // Each by its own name, which whoever looks for it can read.
     for (const auto& [code, name] : {std::pair(kLanguageChinese, QStringLiteral("中文")),
                                      std::pair(kLanguageEnglish, QStringLiteral("English"))}) {
@@ -29,6 +39,7 @@ MoreActions::MoreActions(QMenu& menu, MainWindow& window)
 
 void MoreActions::retranslate()
 {
+    m_printer->setText(m_window.printerState());
     for (QAction* language : m_languages->actions())
         language->setChecked(language->data().toString() == shownLanguage());
     m_update->setText(MainWindow::tr("检查更新"));

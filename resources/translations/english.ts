@@ -654,6 +654,61 @@ Write something in the editor and press Print; it comes out here.</translation>
     </message>
 </context>
 <context>
+    <name>PrinterState</name>
+    <message>
+        <source>传输出错，请拔下打印机再重新插上</source>
+        <translation>the transfer failed; unplug it and plug it in again</translation>
+    </message>
+    <message>
+        <source>没有权限，请把 70-quillbox.rules 复制到 /etc/udev/rules.d 后重新插上</source>
+        <translation>no permission; copy 70-quillbox.rules to /etc/udev/rules.d, then plug it in again</translation>
+    </message>
+    <message>
+        <source>未插上</source>
+        <translation>none plugged in</translation>
+    </message>
+    <message>
+        <source>系统未能配置，请直接插到电脑的 USB 口</source>
+        <translation>the system cannot set it up; plug it into a port of the computer itself</translation>
+    </message>
+    <message>
+        <source>被其他程序占用</source>
+        <translation>another program uses it</translation>
+    </message>
+    <message>
+        <source>缺纸或上盖打开</source>
+        <translation>out of paper or cover open</translation>
+    </message>
+    <message>
+        <source>拒收数据，请关机后再开机</source>
+        <translation>it refuses data; switch it off and on again</translation>
+    </message>
+    <message>
+        <source>插上的不是这种打印机</source>
+        <translation>what is plugged in is not a Quillbox</translation>
+    </message>
+    <message>
+        <source>错误 %1</source>
+        <translation>error %1</translation>
+    </message>
+    <message>
+        <source>%1，就绪</source>
+        <translation>%1, ready</translation>
+    </message>
+    <message>
+        <source>按 %1 对待（它没有报告型号）</source>
+        <translation>taken for a %1 (it has not told its model)</translation>
+    </message>
+    <message>
+        <source>正在连接…</source>
+        <translation>connecting…</translation>
+    </message>
+    <message>
+        <source>打印机：%1</source>
+        <translation>Printer: %1</translation>
+    </message>
+</context>
+<context>
     <name>PrinterThread</name>
     <message>
         <source>连接失败,请尝试

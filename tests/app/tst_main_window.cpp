@@ -59,6 +59,14 @@ class MainWindowTest : public QObject
         }
     }
 
+    /// What the menu says of the printer when it opens.
+    static QString printerIn(Client& client)
+    {
+        emit client->page()->moreMenu()->aboutToShow();
+        const QAction* first = client->page()->moreMenu()->actions().constFirst();
+        return first->isEnabled() ? QString() : first->text();
+    }
+
     static bool isChecking() { return isBusy(QStringLiteral("加载中，请稍后...")); }
 
 private slots:
@@ -108,6 +116,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!isConnecting(), 9500);
         QVERIFY2(time.elapsed() >= 7500 && time.elapsed() < 9500, QByteArray::number(time.elapsed()));
         QVERIFY(simulatedPrinter().jobLines().isEmpty());
+        QCOMPARE(printerIn(client), QString("打印机：K1，就绪"));
         QVERIFY(prints(client, 384));
         QVERIFY(!shown<QMessageBox>());
     }
@@ -188,6 +197,35 @@ private slots:
         QTRY_VERIFY(says(true, "打印 (Ctrl+P)"));
         QVERIFY(!progress->isVisible() && !shown<QMessageBox>() && client->page()->editor()->hasFocus());
         QVERIFY(!simulatedPrinter().report().feeds.contains(300));
+    }
+
+    /// In the menu, and below the text of the box, which stays as it is.
+    void causeIsTold()
+    {
+        Client client;
+        QTRY_COMPARE(printerIn(client), QString("打印机：未插上"));
+        simulatedPrinter().fault([](auto& faults) { faults.silent = true; });
+        simulatedPrinter().plugIn(Model::K2);
+        QTRY_COMPARE(printerIn(client), QString("打印机：正在连接…"));
+        client->onDeviceInitTimeout(); // as after 8 s
+        QCOMPARE(printerIn(client), QString("打印机：按 K1 对待（它没有报告型号）"));
+        simulatedPrinter().fault([](auto& faults) { faults.silent = false; });
+        QTRY_COMPARE(printerIn(client), QString("打印机：K2，就绪"));
+        simulatedPrinter().fault([](auto& faults) { faults.refusingWrites = true; });
+        client->page()->editor()->setPlainText("page");
+        QStringList told;
+        QTimer look;
+        look.callOnTimeout([&] {
+            if (auto* box = shown<QMessageBox>()) {
+                told = QStringList{box->text(), box->informativeText(), printerIn(client)};
+                box->close();
+            }
+        });
+        look.start(10);
+        client.click("printButton");
+        const QString refused = "打印机：拒收数据，请关机后再开机";
+        const QString hints = "连接失败,请尝试\n1.检查设备是否开启\n2.检查设备是否连接\n3.重新插拔USB";
+        QTRY_COMPARE(told, (QStringList{hints, refused, refused}));
     }
 
     /// On its own: a process has one receive buffer, and so one client with a receive thread.
