@@ -3,7 +3,6 @@
 #include "device/port.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <mutex>
 #include <thread>
@@ -16,16 +15,49 @@ using Endpoint = SimulatedPrinter::Endpoint;
 constexpr int kPacketBytes = 64; ///< as on a bus at full speed
 constexpr std::chrono::seconds kNoProgressLimit(10);
 
+constexpr int kNoConnection = -2;
+
+/// A mutex that lets a second caller in before the first one locks again, as a job does right after its frame.
+class FrameMutex
+{
+public:
+    void lock()
+    {
+        const std::lock_guard<std::mutex> next(m_next);
+        m_frame.lock();
+    }
+    void unlock() { m_frame.unlock(); }
+
+private:
+    std::mutex m_next;
+    std::mutex m_frame;
+};
+
+// As in the port over USB: one is held for the length of a frame, one for a read, and both, in this order, while the
+// connection changes.
+FrameMutex s_writing;
+std::mutex s_reading;
+
 // The plugging in that the connection belongs to; handles of an earlier one stay dead, as they do on a real bus.
-std::atomic<int> s_connection{0};
+int s_connection = kNoConnection; // changed under both locks
+int s_failure = 0;                // of a write, under its lock; nothing is written until the port is prepared
+
+/// @param bringUp  gives the plugging in, or an error
+template <class BringUp>
+int connectAnew(BringUp bringUp)
+{
+    const std::lock_guard<FrameMutex> writing(s_writing);
+    const std::lock_guard<std::mutex> reading(s_reading);
+    s_connection = kNoConnection;
+    s_failure = 0;
+    return bringUp(&s_connection);
+}
 
 int preparePort(port* self)
 {
-    int plugging = 0;
-    const int result = self ? simulatedPrinter().prepare(&plugging) : SimulatedPrinter::kBadArgument;
-    if (result == 0)
-        s_connection = plugging;
-    return result;
+    if (!self)
+        return SimulatedPrinter::kBadArgument;
+    return connectAnew([](int* plugging) { return simulatedPrinter().prepare(plugging); });
 }
 
 /// The frame goes in packets, as a bus brings it. A printer that holds back is waited for.
@@ -52,19 +84,21 @@ int writePort(port* self, const unsigned char* buffer, int offset, int length, i
 {
     if (!self || !buffer || offset != 0 || length < 0 || !written)
         return SimulatedPrinter::kBadArgument;
-    static std::mutex frame;
-    const std::lock_guard<std::mutex> lock(frame);
+    const std::lock_guard<FrameMutex> writing(s_writing);
     *written = 0;
-    const int result = sendFrame(buffer, length, written);
-    if (result == SimulatedPrinter::kRefused)
+    if (s_failure != 0)
+        return s_failure;
+    s_failure = sendFrame(buffer, length, written);
+    if (s_failure == SimulatedPrinter::kRefused)
         simulatedPrinter().clearHalt(Endpoint::Out);
-    return result;
+    return s_failure;
 }
 
 int readPort(port* self, unsigned char* buffer, int offset, int capacity, int* received)
 {
     if (!self || !buffer || offset != 0 || !received)
         return SimulatedPrinter::kBadArgument;
+    const std::lock_guard<std::mutex> reading(s_reading);
     *received = 0;
     const int result = simulatedPrinter().readReplies(buffer, capacity, s_connection);
     if (result == SimulatedPrinter::kRefused)
@@ -100,9 +134,11 @@ port* simulatedPort()
 
 int openSimulatedPort()
 {
-    SimulatedPrinter& printer = simulatedPrinter();
-    if (!printer.report().pluggedIn)
-        return SimulatedPrinter::kUnplugged;
-    s_connection = printer.report().plugging;
-    return 0;
+    return connectAnew([](int* plugging) {
+        const PrinterReport report = simulatedPrinter().report();
+        if (!report.pluggedIn)
+            return SimulatedPrinter::kUnplugged;
+        *plugging = report.plugging;
+        return 0;
+    });
 }

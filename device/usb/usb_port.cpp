@@ -58,7 +58,7 @@ private:
     FairMutex m_writing;
     std::mutex m_reading;
     std::unique_ptr<UsbConnection> m_connection;
-    bool m_inDoubt = false; ///< a write failed; the device may hold half a frame
+    int m_failure = 0; ///< of a write; the device may hold half a frame, and takes no other until it is prepared
 };
 
 /// The table's operations may not throw, and locks and allocation may.
@@ -103,7 +103,7 @@ int UsbPort::reopen()
     m_connection.reset(); // before the next one is claimed
     int result = 0;
     m_connection = UsbConnection::open(&result);
-    m_inDoubt = false;
+    m_failure = 0;
     if (m_connection)
         reportUsbOpened(m_connection->place());
     return result;
@@ -114,7 +114,7 @@ int UsbPort::prepareSession()
 {
     const std::lock_guard<FairMutex> writing(m_writing);
     const std::lock_guard<std::mutex> reading(m_reading);
-    if (m_connection && !m_inDoubt && m_connection->startSession() == 0) {
+    if (m_connection && m_failure == 0 && m_connection->startSession() == 0) {
         reportUsbAnswer();
         return 0;
     }
@@ -134,10 +134,12 @@ int UsbPort::writeFrame(const unsigned char* frame, int length, int* written)
     *written = 0;
     if (!m_connection)
         return LIBUSB_ERROR_NO_DEVICE;
+    if (m_failure != 0) // of the frame that this one waited behind; its bytes would end the half one
+        return m_failure;
     const int result = sendAll(frame, length, written);
     if (result == 0)
         return 0;
-    m_inDoubt = true;
+    m_failure = result;
     reportUsbFailure(result, m_connection->outPlace());
     if (result == LIBUSB_ERROR_PIPE)
         m_connection->clearOutHalt();

@@ -183,6 +183,7 @@ private slots:
             {"stall in", reads, LIBUSB_ERROR_PIPE, ""},
             {"say 41", reads, 0, ""},
             {"stall in", reads, LIBUSB_ERROR_PIPE, stall + "0x81]"},
+            {"mute off", prepares, 0, "printer opened"}, // after the write that failed
             {"unplug", writes, kGone, "the printer is unplugged or switched off: connect it again"},
             {"plug", findsItLeaving, kNotFound, "the device is leaving or loses its configuration"},
             {"deny", isRefusedTheNode, LIBUSB_ERROR_ACCESS,
@@ -262,6 +263,7 @@ private slots:
         QCOMPARE(read(), QByteArray(64, 'x'));
         QVERIFY2(time.elapsed() < 300, QByteArray::number(time.elapsed()));
         QCOMPARE(read(), QByteArray("-7"));
+        QCOMPARE(write(commandOf(CommandFeedLines)), int{LIBUSB_ERROR_TIMEOUT}); // waits behind it, and fails with it
         QCOMPARE(job.get(), int{LIBUSB_ERROR_TIMEOUT});
         QVERIFY2(time.elapsed() >= 10900 && time.elapsed() < 13500, QByteArray::number(time.elapsed()));
         QVERIFY(takeLog().contains("takes no more data (timed out): look after the paper and the cover"));
