@@ -22,6 +22,20 @@ constexpr int kStopped = -3;
 
 thread_local int t_bytesOfFailedWrite = 0;
 
+/// Odd while client and device may have different keys; each even number is another exchange.
+std::atomic<unsigned> s_keyExchange{0};
+
+/// What a page is sealed with from its first frame to its last.
+class PageKey
+{
+public:
+    bool holds() const { return m_exchange % 2 == 0 && s_keyExchange == m_exchange && currentCrcKey() == m_key; }
+
+private:
+    const unsigned m_exchange = s_keyExchange;
+    const std::uint32_t m_key = currentCrcKey();
+};
+
 bool isUp()
 {
     return g_portOpen && g_printerReady;
@@ -133,6 +147,7 @@ int Printer::sendRaster(const unsigned char* raster, int size, const RasterObser
 {
     if (!raster || size < 0)
         return kRefused;
+    const PageKey key;
     int number = 1;
     for (int sent = 0; sent < size; sent += kPrintDataPayload, ++number) {
         if (!goOn(sent, size))
@@ -140,13 +155,26 @@ int Printer::sendRaster(const unsigned char* raster, int size, const RasterObser
         const int piece = qMin(kPrintDataPayload, size - sent);
         t_bytesOfFailedWrite = 0;
         const int result = sendPrintData(raster + sent, piece);
-        if (result >= 0)
+        if (result >= 0 && key.holds())
             continue;
-        qDebug() << "print data frame" << number << "failed:" << t_bytesOfFailedWrite << "of"
-                 << piece + kFrameOverhead << "bytes sent, result" << result;
+        if (result >= 0)
+            qDebug() << "print data frame" << number << "failed: keys were exchanged around it";
+        else
+            qDebug() << "print data frame" << number << "failed:" << t_bytesOfFailedWrite << "of"
+                     << piece + kFrameOverhead << "bytes sent, result" << result;
         return kFrameFailed;
     }
     return goOn(size, size) ? 0 : kStopped;
+}
+
+void Printer::beginKeyExchange()
+{
+    s_keyExchange |= 1U;
+}
+
+void Printer::endKeyExchange()
+{
+    ++s_keyExchange;
 }
 
 void Printer::noteFailedWrite(int bytesSent)

@@ -65,7 +65,8 @@ public:
     /// Sends a raster in frames of kPrintDataPayload bytes, the last one shorter where need be.
     /// @param size  bytes; an empty raster sends nothing
     /// @return      0; -1 for a null raster or a negative size; -2 when a frame failed, with those before it printed
-    ///              and a line in the log that says how far the job came
+    ///              and a line in the log that says how far the job came. A frame fails, too, when keys are exchanged
+    ///              around it: the device refuses what is sealed with another key than its own, and says nothing.
     int sendRaster(const unsigned char* raster, int size);
 
     /// Asked before each frame and once after the last, with the bytes of the raster that have left.
@@ -83,6 +84,11 @@ protected:
     /// For write(): what went out of the frame that failed. Kept by thread, for the line that a failed job logs; the
     /// receiver's probes may fail at the same time.
     static void noteFailedWrite(int bytesSent);
+
+    /// For initPrinter(): between the two, and from a beginning without an end on, client and device may have
+    /// different keys, and no page counts as sent. Any thread, but one exchange at a time.
+    static void beginKeyExchange();
+    static void endKeyExchange();
 
 private:
     enum class BringUp { Done, Failed, NotNeeded };

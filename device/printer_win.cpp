@@ -41,6 +41,7 @@ int PrinterWin::initPrinter()
     port* const device = m_port;
     if (!device)
         return kNoPort;
+    beginKeyExchange(); // a device that was plugged in again has its first key from here on
     if (const int prepared = device->prepare(device); prepared != 0) {
         notePortResult(prepared);
         return prepared;
@@ -50,6 +51,7 @@ int PrinterWin::initPrinter()
         qDebug() << result << "initPrinter -> set CrcKey Failed";
         return result;
     }
+    endKeyExchange();
     g_printerReady = true;
     qDebug() << "set CrcKey Success";
     sendFeedLines(0);

@@ -21,6 +21,8 @@ constexpr bool kOverUsb = false;
 #endif
 constexpr int kCycles = kOverUsb ? 150 : 30;
 constexpr int kWarmUp = 20;
+constexpr int kKeyChanges = kOverUsb ? 20 : 40;
+constexpr int kFramesOfPage = 40;
 constexpr int kShortJob = 4 * (1008 + 10) + 5 * 48 + 10; // bytes on the wire of 89 lines of the narrow head
 
 /// All but sockets: umockdev 0.17 forgets one when a device vanishes just before it is opened. What libusb opens for
@@ -252,6 +254,37 @@ private slots:
         QCOMPARE(m_printer.report().crcErrors, 0);
         QTRY_VERIFY(openHandles() <= mostHandles);
         QTRY_VERIFY(runningThreads() <= mostThreads);
+    }
+
+    /// The receiver finds the connection down while a page is on its way, and exchanges a new key. That costs the page
+    /// or none of it.
+    void keyChangesInMidJob()
+    {
+        const auto logs = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+        const auto logAgain = qScopeGuard([&] { qInstallMessageHandler(logs); });
+        startOver();
+        QRandomGenerator random(11);
+        std::atomic<int> framesUntilDown{0};
+        const auto takeDown = [&](const FrameRecord& frame) {
+            if (frame.code == CommandPrintData && --framesUntilDown == 0)
+                g_printerReady = false;
+        };
+        const auto taking =
+            connect(&m_printer, &SimulatedPrinter::frameReceived, &m_printer, takeDown, Qt::DirectConnection);
+        const auto over = qScopeGuard([&] { disconnect(taking); });
+        PrinterReadThread receiver(nullptr, 1);
+        receiver.start();
+        int shortPages = 0;
+        for (int job = 0; job < kKeyChanges; ++job) {
+            QTRY_VERIFY(printerConnection()->connectUsb());
+            const JobPattern page(384, kFramesOfPage * 21, ++m_jobs);
+            const int before = m_printer.jobLines().size();
+            framesUntilDown = random.bounded(1, kFramesOfPage);
+            const bool sent = runJob(page.picture) == QStringList{kSent};
+            shortPages += sent && m_printer.jobLines().mid(before) != page.dots ? 1 : 0;
+        }
+        QVERIFY(m_printer.report().keyExchanges > kKeyChanges / 2);
+        QCOMPARE(shortPages, 0);
     }
 };
 
