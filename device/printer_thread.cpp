@@ -9,7 +9,11 @@
 #include "imaging/halftone.h"
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QtDebug>
+
+#include <limits>
+#include <utility>
 
 namespace {
 
@@ -18,6 +22,12 @@ constexpr int kOtsu = 3;
 constexpr int kPolarityNormal = 0;
 constexpr int kNoPreparation = 0;
 constexpr int kAutoBrightnessContrast = 2;
+constexpr qint64 kMakingDots = std::numeric_limits<qint64>::max();
+
+qint64 steadyMs()
+{
+    return QDeadlineTimer::current().deadline();
+}
 
 /// Leaves one byte a pixel at the start of the picture's memory. A conversion that is refused leaves pixels that
 /// print as noise or not at all; the job goes on all the same.
@@ -76,6 +86,7 @@ void PrinterThread::setImage(const QImage& image, int printType)
     const std::lock_guard<std::mutex> lock(m_jobMutex);
     m_image = image;
     m_printType = printType;
+    noteMove(); // a thread that has been started runs before it is in run()
 }
 
 /// A thread runs from within start() on, before it is in run(), and no longer when it has announced its end. So a
@@ -93,6 +104,16 @@ void PrinterThread::forgetCancel()
     m_canceled = false;
 }
 
+bool PrinterThread::isMoving() const
+{
+    return isRunning() && steadyMs() - m_lastMove < kStillMs;
+}
+
+void PrinterThread::noteMove()
+{
+    m_lastMove = steadyMs();
+}
+
 void PrinterThread::run()
 {
     const Result result = printStoredImage();
@@ -106,7 +127,7 @@ PrinterThread::Result PrinterThread::printStoredImage()
     int printType = PrintPhoto;
     {
         const std::lock_guard<std::mutex> lock(m_jobMutex);
-        image = m_image;
+        image = std::exchange(m_image, QImage());
         printType = m_printType;
     }
     if (image.isNull())
@@ -122,6 +143,7 @@ PrinterThread::Result PrinterThread::printStoredImage()
         return {1, tr("连接失败,重新启动APP")};
 
     qDebug() << "QxPrintThread::run" << QDateTime::currentSecsSinceEpoch();
+    m_lastMove = kMakingDots;
     const Raster raster = rasterOf(std::move(image), printType);
     const int result = sendObserved(raster.bytes.get(), raster.size);
     if (m_canceled)
@@ -137,6 +159,7 @@ int PrinterThread::sendObserved(const unsigned char* raster, int size)
 {
     qint64 told = -1; // percent
     return m_printer->sendRaster(raster, size, [&](int sent, int total) {
+        noteMove();
         const qint64 percent = total > 0 ? qint64{sent} * 100 / total : 100;
         if (percent != told)
             emit progressed(sent, total);

@@ -11,9 +11,9 @@ class PrinterWin;
 
 /// Prints one picture a run: turns it into dots, packs them, sends them and feeds the print past the tear bar.
 ///
-/// setImage() and start() belong to the thread that owns the object. A picture that is set while a job runs waits for
-/// the next start(), unless another one is set before. Destruction cancels nothing and waits for the job's end without
-/// a limit.
+/// setImage() and start() belong to the thread that owns the object. A job takes the picture and lets go of it; one
+/// that is set while a job runs waits for the next start(), unless another one is set before. Destruction cancels
+/// nothing and waits for the job's end without a limit.
 class PrinterThread : public QThread
 {
     Q_OBJECT
@@ -43,6 +43,12 @@ public:
     /// The port's number for what made the job that ended last fail; 0 when the port was not to blame. Any thread.
     int portFailure() const { return m_portFailure; }
 
+    /// A job that sends nothing for so long is stuck: a slow printer takes a frame every 0.3 s.
+    static constexpr int kStillMs = 800;
+    /// Whether a job runs and gets on: it makes its dots, or has begun or sent a frame within the last kStillMs. Any
+    /// thread.
+    bool isMoving() const;
+
 signals:
     /// Exactly one a run, emitted in the job's thread while isRunning() is still true.
     /// @param resultCode  0 for a page sent whole or cancelled, else 1
@@ -68,6 +74,7 @@ private:
     Result printStoredImage();
     int sendObserved(const unsigned char* raster, int size);
     void forgetCancel();
+    void noteMove();
 
     PrinterWin* m_printer;
     std::atomic<bool> m_canceled{false}; ///< the job that runs; changed under the mutex, read by the job without it
@@ -75,4 +82,5 @@ private:
     std::mutex m_jobMutex;               ///< guards the two below while they are handed over, never during a job
     QImage m_image;
     int m_printType = PrintPhoto;
+    std::atomic<qint64> m_lastMove{0}; ///< on the steady clock, in ms; kMakingDots meanwhile
 };

@@ -101,13 +101,48 @@ private slots:
         QCOMPARE(simulatedPrinter().report().fedLines, 2 * 300);
     }
 
+    void letsGoOfItsPicture()
+    {
+        QByteArray pixels(384 * 8 * 4, '\0');
+        std::atomic<bool> held{true};
+        const auto release = [](void* flag) { *static_cast<std::atomic<bool>*>(flag) = false; };
+        PrinterThread thread;
+        thread.setImage(QImage(bytesOf(pixels), 384, 8, QImage::Format_RGB32, release, &held), 1);
+        QVERIFY(held);
+        QCOMPARE(runStoredJob(thread), QStringList{kSent});
+        QVERIFY(!held);
+    }
+
+    /// A printer that takes nothing stops a job; one that is slow does not.
+    void isMovingUntilStuck()
+    {
+        const auto hold = [](qint64 bytes) {
+            simulatedPrinter().fault([=](auto& f) { f.bytesUntilHolding = bytes; });
+        };
+        PrinterThread thread;
+        QVERIFY(!thread.isMoving());
+        thread.setImage(testPicture(384, 210), 1);
+        hold(200);
+        thread.start();
+        for (int frame = 0; frame < 4; ++frame, hold(1018)) { // each a third of the limit after the one before
+            QTest::qWait(PrinterThread::kStillMs / 3);
+            QVERIFY(thread.isMoving());
+        }
+        QTRY_VERIFY(!thread.isMoving() && thread.isRunning());
+        hold(-1);
+        QVERIFY(thread.wait(10000) && !thread.isMoving());
+    }
+
     /// What has left is whole frames, and nothing of a cancel reaches the next job.
     void isCanceled()
     {
         const QImage page = testPicture(384, 2400); // more frames than percents
         const QByteArray dots = dotsOf(page, 1);
         PrinterThread thread;
-        thread.setImage(page, 1);
+        const auto run = [&] {
+            thread.setImage(page, 1);
+            return runStoredJob(thread);
+        };
         QVector<int> told;
         const auto keep = [&](int sent, int total) { // in the job's thread
             told += total == dots.size() ? sent : -1;
@@ -116,16 +151,16 @@ private slots:
         };
         connect(&thread, &PrinterThread::progressed, &thread, keep, Qt::DirectConnection);
         thread.cancel(); // there is no job yet
-        QCOMPARE(runStoredJob(thread), QStringList{kSent});
+        QCOMPARE(run(), QStringList{kSent});
         QVERIFY(told.size() == 101 && told.first() == 0 && told.last() == dots.size());
         thread.cancel(); // too late
-        QCOMPARE(runStoredJob(thread), QStringList{"0 canceled"});
+        QCOMPARE(run(), QStringList{"0 canceled"});
         const QByteArray paper = dots + dots.left(told.last());
         QVERIFY(told.size() == 106 && simulatedPrinter().jobLines() == paper);
         const auto early = connect(&thread, &QThread::started, &thread, &PrinterThread::cancel, Qt::DirectConnection);
-        QCOMPARE(runStoredJob(thread), QStringList{"0 canceled"});
+        QCOMPARE(run(), QStringList{"0 canceled"});
         disconnect(early);
-        QCOMPARE(runStoredJob(thread), QStringList{kSent});
+        QCOMPARE(run(), QStringList{kSent});
         QCOMPARE(simulatedPrinter().jobLines(), paper + dots);
         QVERIFY(simulatedPrinter().report().feeds.count(300) == 2 && simulatedPrinter().report().skippedBytes == 0);
     }
