@@ -351,9 +351,12 @@ void MainWindow::onCheckSetCrcKeyFirstTime(bool isSuccess)
     connectingDialog->setText(tr("设备连接中,请稍后..."));
     if (!connectingDialog->isVisible())
         connectingDialog->show();
-    // Goes on when the dialog closes early. It then finds the dialog hidden, or cuts the next phase short
-    // (docs/architecture.md, "Kept behaviour").
-    QTimer::singleShot(kConnectingMs, Qt::CoarseTimer, this, &MainWindow::onDeviceInitTimeout);
+    // Goes on when the dialog closes early, and is then no business of the next one.
+    const QPointer<QWidget> ownDialog = connectingDialog;
+    QTimer::singleShot(kConnectingMs, Qt::CoarseTimer, this, [this, ownDialog] {
+        if (ownDialog == connectingDialog)
+            onDeviceInitTimeout();
+    });
 }
 
 void MainWindow::changeEvent(QEvent* event)

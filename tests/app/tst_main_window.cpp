@@ -103,11 +103,15 @@ private slots:
         QVERIFY(prints(client, 576));
     }
 
-    /// It takes the whole connecting phase.
+    /// It takes the whole connecting phase, also when another phase was over a moment before.
     void k1IsWaitedFor()
     {
-        simulatedPrinter().reset(Model::K1);
+        simulatedPrinter().reset(Model::K2);
         Client client;
+        QTRY_VERIFY(isConnecting());
+        QTRY_VERIFY(!isConnecting());
+        simulatedPrinter().unplug();
+        simulatedPrinter().plugIn(Model::K1);
         QTRY_VERIFY(isConnecting());
         QElapsedTimer time;
         time.start();
