@@ -68,6 +68,7 @@ UsbfsDevice::UsbfsDevice(SimulatedPrinter& printer, const UsbFaults& faults, con
 
 UsbfsDevice::~UsbfsDevice()
 {
+    setOwner(nullptr);
     g_signal_handlers_disconnect_by_data(m_handler, this);
     g_object_unref(m_handler);
 }
@@ -112,7 +113,7 @@ int UsbfsDevice::answerPlain(Client* client, gulong request)
     case USBDEVFS_DISCONNECT_CLAIM:
         return claim(client, true);
     case USBDEVFS_RELEASEINTERFACE:
-        m_owner = nullptr;
+        setOwner(nullptr);
         return 0;
     case USBDEVFS_IOCTL: // libusb gives the interface back to the driver that it had taken it from
         m_usblpBound = m_faults.usblp.load();
@@ -138,7 +139,8 @@ int UsbfsDevice::claim(Client* client, bool detaching)
     if ((m_owner && m_owner != client) || m_faults.heldElsewhere || (m_usblpBound && !detaching))
         return EBUSY;
     m_usblpBound = false;
-    m_owner = client;
+    setOwner(client);
+    m_emptyHanded = nullptr;
     m_setting = 0;
     ++m_claims;
     return 0;
@@ -228,14 +230,27 @@ void UsbfsDevice::forget(Client* client)
                                      [&](const Transfer& transfer) { return transfer.client == client; }),
                       m_transfers.end());
     if (m_owner == client)
-        m_owner = nullptr;
+        setOwner(nullptr);
     if (m_emptyHanded == client)
         m_emptyHanded = nullptr;
+}
+
+/// A program that is killed while it waits for a reap is not reported to have vanished.
+void UsbfsDevice::setOwner(Client* client)
+{
+    auto* const weak = reinterpret_cast<gpointer*>(&m_owner);
+    if (m_owner)
+        g_object_remove_weak_pointer(G_OBJECT(m_owner), weak);
+    m_owner = client;
+    if (m_owner)
+        g_object_add_weak_pointer(G_OBJECT(m_owner), weak);
 }
 
 /// Lets every transfer go as far as the printer lets it, and answers whoever waits for one.
 void UsbfsDevice::moveBytes()
 {
+    if (!m_owner) // what a program leaves behind goes with it
+        m_transfers.clear();
     for (Transfer& transfer : m_transfers) {
         if (!transfer.ended && m_gone)
             end(&transfer, -ESHUTDOWN);

@@ -77,6 +77,7 @@ private:
     void reap(Client* client);
     bool finishReap(Client* client, const DataPointer& result);
     void forget(Client* client);
+    void setOwner(Client* client);
 
     void moveBytes();
     void moveOut(Transfer* transfer);
@@ -94,8 +95,8 @@ private:
     std::atomic<bool> m_usblpBound;
     std::atomic<int> m_claims{0};
 
-    std::mutex m_mutex; // guards what follows
-    Client* m_owner = nullptr;
+    std::mutex m_mutex;        // guards what follows
+    Client* m_owner = nullptr; ///< has claimed the interface; a weak pointer
     unsigned m_setting = 0;
     Client* m_emptyHanded = nullptr; ///< reaped nothing last time
     std::vector<Transfer> m_transfers;

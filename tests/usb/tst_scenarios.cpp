@@ -285,6 +285,7 @@ private slots:
         }
         QVERIFY(m_printer.report().keyExchanges > kKeyChanges / 2);
         QCOMPARE(shortPages, 0);
+        QCOMPARE(m_printer.report().skippedBytes, qint64{0}); // no frame was cut
     }
 };
 
