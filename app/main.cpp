@@ -7,7 +7,9 @@
 #include <QSettings>
 #include <QtDebug>
 
-int main(int argc, char** argv)
+namespace {
+
+int run(int argc, char** argv, bool* threadsEnded)
 {
     setUpHighDpi();
     QApplication app(argc, argv);
@@ -19,6 +21,15 @@ int main(int argc, char** argv)
     window.keepDrafts(draftsFolder());
     window.show();
     const int result = QApplication::exec();
-    window.stopThreads();
+    *threadsEnded = window.stopThreads();
     return result;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    bool threadsEnded = true;
+    const int result = run(argc, argv, &threadsEnded);
+    return leaveMain(result, threadsEnded);
 }

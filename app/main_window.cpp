@@ -25,6 +25,8 @@
 #include "device/printer_state.h"
 #include "device/printer_thread.h"
 
+#include <QCloseEvent>
+#include <QDeadlineTimer>
 #include <QEvent>
 #include <QFileDialog>
 #include <QMenuBar>
@@ -39,6 +41,7 @@ namespace {
 constexpr int kWidth = 600; ///< pixels
 constexpr int kHeight = 460;
 constexpr int kConnectingMs = 8000; ///< what the device may take to tell its model
+constexpr int kStopMs = 700;        ///< for threads that no write holds up, with the end of the process under 1 s
 constexpr int kVanishMs = 200;      ///< until the desktop has painted what was behind the window
 
 /// The button says what the action says, and can be clicked when the action can be invoked.
@@ -102,6 +105,7 @@ void MainWindow::createThreads()
     printThread = new PrinterThread;
     connect(printThread, &PrinterThread::resultReady, this, &MainWindow::slotsHandlePrintResult);
     connect(printThread, &QThread::finished, this, &MainWindow::showPrintState);
+    connect(printThread, &QThread::finished, this, &MainWindow::closeAfterJob);
     readThread = new PrinterReadThread;
     connect(readThread, &PrinterReadThread::sigAnalysisSuccess, this, &MainWindow::onAnalysisSuccess);
     connect(readThread, &PrinterReadThread::signalCheckSetCrcKeyFirstTime, this,
@@ -109,12 +113,22 @@ void MainWindow::createThreads()
     readThread->start();
 }
 
-void MainWindow::stopThreads()
+bool MainWindow::stopThreads()
 {
-    delete readThread;
+    readThread->requestInterruption();
+    while (printThread->isMoving())
+        printThread->wait(kStopMs);
+    const QDeadlineTimer end(kStopMs);
+    bool ended = true;
+    for (QThread* thread : {static_cast<QThread*>(readThread), static_cast<QThread*>(printThread)}) {
+        if (thread->wait(end))
+            delete thread;
+        else
+            ended = false; // its destructor would wait as long as the port does
+    }
     readThread = nullptr;
-    delete printThread;
     printThread = nullptr;
+    return ended;
 }
 
 void MainWindow::createPages()
@@ -202,9 +216,12 @@ void MainWindow::showPrintState()
 
 void MainWindow::slotsHandlePrintResult(int resultCode, QString strResult)
 {
+    m_tellsResult = true;
     if (resultCode != 0)
         showPrintFailureBox(*this, strResult, printerState(printThread ? printThread->portFailure() : 0));
+    m_tellsResult = false;
     qDebug() << strResult;
+    closeAfterJob();
 }
 
 QString MainWindow::printerState() const
@@ -373,5 +390,15 @@ void MainWindow::changeEvent(QEvent* event)
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     editWindow->writeDraft();
-    QWidget::closeEvent(event);
+    m_closesAfterJob = printThread && printThread->isMoving();
+    if (!m_closesAfterJob)
+        return QWidget::closeEvent(event);
+    event->ignore();
+    QTimer::singleShot(PrinterThread::kStillMs, this, &MainWindow::closeAfterJob); // where it has just got stuck
+}
+
+void MainWindow::closeAfterJob()
+{
+    if (m_closesAfterJob && !m_tellsResult && !(printThread && printThread->isMoving()))
+        close();
 }

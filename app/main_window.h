@@ -29,6 +29,9 @@ class QStackedWidget;
 ///
 /// It starts the receive thread, which connects to the device on its own, and keeps the job thread. Neither ends with
 /// the window: the program calls stopThreads() after its event loop.
+///
+/// While a page is moving the window does not close at once, but by itself when the page is out, has failed (and the
+/// person has read that) or was cancelled. It closes at once while a page is stuck.
 class MainWindow : public QWidget
 {
     Q_OBJECT
@@ -39,8 +42,10 @@ public:
 
     EditMainWindow* page() const { return editWindow; }
 
-    /// Ends both threads and waits for them. A job that is being printed goes out whole; later ones are dropped.
-    void stopThreads();
+    /// Ends both threads and waits for them. A page that is moving goes out whole; later ones are dropped. A thread that
+    /// waits for a printer which takes nothing is left alone.
+    /// @return  false: such a thread goes on, so that nothing that it uses may be destroyed (see leaveMain())
+    bool stopThreads();
 
     /// Begins with the draft of the last client, and keeps one from now on: it is written while the page changes and when
     /// the window closes. Without this call no draft is read or written.
@@ -107,6 +112,7 @@ private:
     void showPrintState();
     void closeForUpdate();
     QString printerState(int portFailure) const;
+    void closeAfterJob();
 
     // The window's members have had these names for as long as there is a window.
     // NOLINTBEGIN(readability-identifier-naming)
@@ -128,6 +134,8 @@ private:
     QPointer<GetSWVersionApi> m_versionCheck; ///< the newest one that is under way
     bool m_tellsNewest = false;               ///< the user asked for it
     PrintProgress* m_printProgress = nullptr;
+    bool m_closesAfterJob = false; ///< the person has closed it while a page was moving
+    bool m_tellsResult = false;    ///< the box of a failed job is open
 
     const std::unique_ptr<QMenuBar> m_menuBar; ///< placed nowhere, so nothing in it can be reached
 };

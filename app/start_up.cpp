@@ -10,6 +10,9 @@
 #include <QStandardPaths>
 #include <QTranslator>
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace {
 
 /// Every start begins in Chinese, and another language shows once the user switches to it: the stored one is read and
@@ -37,6 +40,15 @@ void startUp(QSettings& settings)
     trace(QStringLiteral("UUID") + g_uuid);
     installChinese(storedLanguage(settings));
     sheetModel().load(settings);
+}
+
+int leaveMain(int result, bool threadsEnded)
+{
+    if (!threadsEnded) {
+        std::fflush(nullptr);
+        std::_Exit(result);
+    }
+    return result;
 }
 
 /// The application has no name of its own, for its settings are opened by theirs; so this is no AppDataLocation.

@@ -13,5 +13,11 @@ void setUpHighDpi();
 /// @param settings  the store (kOrganization, kApplication), which the caller keeps until the event loop has ended
 void startUp(QSettings& settings);
 
+/// Ends main(), once windows, settings and application are destroyed. Where a thread still waits for the printer, the
+/// process ends in here, and what the thread uses stays until then.
+/// @param threadsEnded  as MainWindow::stopThreads() says
+/// @return              result
+int leaveMain(int result, bool threadsEnded);
+
 /// Where the client keeps drafts of pages, among the person's application data; made when the first is written.
 QString draftsFolder();

@@ -85,7 +85,7 @@ void place(QWidget& client, PaperWindow& paper)
     paper.makeRoom(places.paperSize);
 }
 
-int runWindows(const Options& options)
+int runWindows(const Options& options, bool* threadsEnded)
 {
     QSettings settings(kOrganization, kApplication);
     startUp(settings);
@@ -111,13 +111,11 @@ int runWindows(const Options& options)
     paper.show();
     window.show(); // last, so that it is the one to write in
     const int result = QApplication::exec();
-    window.stopThreads();
+    *threadsEnded = window.stopThreads();
     return result;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv, bool* threadsEnded)
 {
     const bool display = hasDisplay();
     if (!display)
@@ -129,6 +127,15 @@ int main(int argc, char** argv)
     if (!parse(app, display, &options))
         return 2;
     if (options.paperFile.isEmpty())
-        return runWindows(options);
+        return runWindows(options, threadsEnded);
     return printSample(options.model, options.paperFile);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    bool threadsEnded = true;
+    const int result = run(argc, argv, &threadsEnded);
+    return leaveMain(result, threadsEnded);
 }

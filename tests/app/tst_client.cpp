@@ -37,14 +37,14 @@ void inWindow(const QString& title, const QStringList& actions)
 class Quillbox
 {
 public:
-    explicit Quillbox(const QStringList& options = {})
+    explicit Quillbox(const QStringList& options = {}, const QStringList& program = {CLIENT_PROGRAM})
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CONFIG_HOME", m_folder.path());
         environment.insert("XDG_DATA_HOME", m_folder.path());
         environment.insert("QT_FORCE_STDERR_LOGGING", "1");
         m_process.setProcessEnvironment(environment);
-        m_process.start("umockdev-wrapper", QStringList{VIRTUAL_USB_PROGRAM} + options + QStringList{CLIENT_PROGRAM});
+        m_process.start("umockdev-wrapper", QStringList{VIRTUAL_USB_PROGRAM} + options + program);
     }
     ~Quillbox()
     {
@@ -148,6 +148,41 @@ private slots:
         QTRY_COMPARE(quillbox.process().state(), QProcess::NotRunning);
         QCOMPARE(quillbox.process().exitStatus(), QProcess::NormalExit);
         QCOMPARE(quillbox.process().exitCode(), 0);
+    }
+
+    /// While the printer takes nothing the client ends at once, and the next one finds the printer free. While a page
+    /// is moving it ends behind the page.
+    void endsWhenItIsClosed()
+    {
+        const QString twice =
+            QStringLiteral("%1 && echo ended >&2 && %1 && echo ended >&2; exec sleep 60").arg(CLIENT_PROGRAM);
+        Quillbox quillbox({}, {"sh", "-c", twice});
+        QVERIFY(quillbox.isReady());
+        writePage();
+        quillbox.tell("nak after 5000");
+        press(kWindow, "ctrl+p");
+        QTRY_VERIFY(quillbox.count("lines") >= 4 * 14);
+        QElapsedTimer time;
+        time.start();
+        press(kWindow, "alt+F4");
+        QVERIFY(quillbox.logs("ended"));
+        QVERIFY2(time.elapsed() < 3000, QByteArray::number(time.elapsed())); // a write waits for 10 s
+
+        quillbox.tell("nak off");
+        QVERIFY(quillbox.isReady()); // with the draft of the first client
+        const int linesBefore = quillbox.count("lines");
+        quillbox.tell("nak after 3000");
+        press(kWindow, "ctrl+p");
+        QTRY_VERIFY(quillbox.count("lines") > linesBefore);
+        press(kWindow, "alt+F4");
+        for (int step = 0; step < 4; ++step) { // as a slow printer
+            QTest::qWait(500);
+            quillbox.tell("nak after 3000");
+        }
+        quillbox.tell("nak off");
+        QVERIFY(quillbox.logs("send success") && quillbox.logs("ended"));
+        QCOMPARE(quillbox.paper().copy(0, linesBefore, m_page.width(), m_page.height()), m_page);
+        QCOMPARE(quillbox.count("damaged frames"), 0);
     }
 
     /// A page that failed prints as it should have once the printer is back.

@@ -201,6 +201,22 @@ private slots:
         QTRY_VERIFY(says(true, "打印 (Ctrl+P)"));
         QVERIFY(!progress->isVisible() && !shown<QMessageBox>() && client->page()->editor()->hasFocus());
         QVERIFY(!simulatedPrinter().report().feeds.contains(300));
+
+        simulatedPrinter().fault([](auto& faults) { faults.bytesUntilHolding = 10000; });
+        client.click("printButton");
+        QTRY_COMPARE(progress->findChild<QProgressBar*>()->value(), 9 * 1008);
+        QVERIFY(!client->close() && client->isVisible()); // the page is moving
+        simulatedPrinter().unplug();
+        int looks = 0; // at the box, with the window behind it
+        QTimer reader;
+        reader.callOnTimeout([&] {
+            auto* box = shown<QMessageBox>();
+            if (box && client->isVisible() && ++looks == 3)
+                box->close();
+        });
+        reader.start(50);
+        QTRY_VERIFY(!client->isVisible());
+        QVERIFY(looks == 3 && !shown<QMessageBox>());
     }
 
     /// In the menu, and below the text of the box, which stays as it is.
