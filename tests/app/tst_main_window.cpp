@@ -75,6 +75,7 @@ private slots:
         g_uuid = "{01234567-89ab-cdef-0123-456789abcdef}";
         serviceAddress() = kNoService;
         simulatedPrinter().unplug();
+        simulatedPrinter().fault([](auto& faults) { faults.bytesUntilHolding = -1; });
     }
 
     void cleanup()

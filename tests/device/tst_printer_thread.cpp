@@ -70,8 +70,8 @@ private slots:
     void keepsWhatMadeItFail()
     {
         PrinterThread thread;
-        thread.setImage(testPicture(384, 8), 1);
         for (const bool refusing : {true, false}) {
+            thread.setImage(testPicture(384, 8), 1);
             simulatedPrinter().fault([&](auto& faults) { faults.refusingWrites = refusing; });
             QCOMPARE(runStoredJob(thread), QStringList{refusing ? kNotSent : kSent});
             simulatedPrinter().fault([](auto& faults) { faults.refusingWrites = false; });

@@ -263,7 +263,7 @@ private slots:
         QCOMPARE(read(), QByteArray(64, 'x'));
         QVERIFY2(time.elapsed() < 300, QByteArray::number(time.elapsed()));
         QCOMPARE(read(), QByteArray("-7"));
-        QCOMPARE(write(commandOf(CommandFeedLines)), int{LIBUSB_ERROR_TIMEOUT}); // waits behind it, and fails with it
+        QCOMPARE(write(frameOf('b')), int{LIBUSB_ERROR_TIMEOUT}); // waits behind it, and fails with it
         QCOMPARE(job.get(), int{LIBUSB_ERROR_TIMEOUT});
         QVERIFY2(time.elapsed() >= 10900 && time.elapsed() < 13500, QByteArray::number(time.elapsed()));
         QVERIFY(takeLog().contains("takes no more data (timed out): look after the paper and the cover"));
