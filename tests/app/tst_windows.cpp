@@ -232,26 +232,19 @@ private slots:
 
     void printerInWords()
     {
-        const std::tuple<int, bool, const char*, const char*> states[] = {
-            {kPortTransferFailed, true, "传输出错", "the transfer failed; unplug it"},
-            {kPortNoPermission, true, "没有权限", "no permission; copy 70-quillbox.rules to /etc/udev/rules.d"},
-            {kPortNoDevice, false, "未插上", "none plugged in"},
-            {kPortNotConfigured, true, "系统未能配置", "the system cannot set it up; plug it into"},
-            {kPortInUse, true, "被其他程序占用", "another program uses it"},
-            {kPortTimedOut, false, "缺纸或上盖打开", "out of paper or cover open"},
-            {kPortRefused, false, "拒收数据", "it refuses data; switch it off"},
-            {kPortNotSupported, true, "插上的不是", "what is plugged in is not a Quillbox"},
-            {17, false, "错误 17", "error 17"},
-            {0, true, "正在连接…", "connecting…"},
-            {0, false, "K1，就绪", "K1, ready"},
-        };
-        for (const auto& [failure, isConnecting, chinese, english] : states) {
-            const Language first("zh_CN");
-            QVERIFY(printerStateText(failure, isConnecting, "Quillbox_K1").startsWith(QString("打印机：") + chinese));
-            const Language then("en_WW");
-            QVERIFY(
-                printerStateText(failure, isConnecting, "Quillbox_K1").startsWith(QString("Printer: ") + english));
-        }
+        const Language english("en_WW");
+        for (const auto& [failure, words] :
+             std::initializer_list<std::pair<int, QString>>{{kPortTransferFailed, "the transfer failed"},
+                                                            {kPortNoPermission, "70-quillbox.rules"},
+                                                            {kPortNoDevice, "none plugged in"},
+                                                            {kPortNotConfigured, "the system cannot set it up"},
+                                                            {kPortInUse, "another program uses it"},
+                                                            {kPortTimedOut, "out of paper or cover open"},
+                                                            {kPortRefused, "it refuses data"},
+                                                            {kPortNotSupported, "not a Quillbox"},
+                                                            {17, "error 17"},
+                                                            {0, "K1, ready"}})
+            QVERIFY2(printerStateText(failure, false, "Quillbox_K1").contains(words), qPrintable(words));
     }
 
     /// Beside the card and in its round corners there is no window, which would be black without a compositor.
