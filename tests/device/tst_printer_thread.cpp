@@ -117,26 +117,6 @@ private slots:
         QVERIFY(!held);
     }
 
-    /// A printer that takes nothing stops a job; one that is slow does not.
-    void isMovingUntilStuck()
-    {
-        const auto hold = [](qint64 bytes) {
-            simulatedPrinter().fault([=](auto& f) { f.bytesUntilHolding = bytes; });
-        };
-        PrinterThread thread;
-        QVERIFY(!thread.isMoving());
-        thread.setImage(testPicture(384, 210), 1);
-        hold(200);
-        thread.start();
-        for (int frame = 0; frame < 4; ++frame, hold(1018)) { // each a third of the limit after the one before
-            QTest::qWait(PrinterThread::kStillMs / 3);
-            QVERIFY(thread.isMoving());
-        }
-        QTRY_VERIFY(!thread.isMoving() && thread.isRunning());
-        hold(-1);
-        QVERIFY(thread.wait(10000) && !thread.isMoving());
-    }
-
     /// What has left is whole frames, and nothing of a cancel reaches the next job.
     void isCanceled()
     {
