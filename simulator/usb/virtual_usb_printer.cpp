@@ -125,7 +125,11 @@ void VirtualUsbPrinter::removeDevice()
     announce("remove");
     QDir(m_root + kDevicePath).removeRecursively();
     QFile::remove(m_root + nodePath());
-    umockdev_testbed_detach_ioctl(m_bus, nodePath(), nullptr); // whoever has it open is still answered
+    // One removal later: whoever has it open is still answered, and who is just opening it would be thrown out of his
+    // program by the bus.
+    if (!m_leftNode.isEmpty())
+        umockdev_testbed_detach_ioctl(m_bus, m_leftNode, nullptr);
+    m_leftNode = nodePath();
     m_onBus = false;
 }
 

@@ -48,6 +48,7 @@ private:
     UsbShape m_shape;
     bool m_denied = false;
     bool m_onBus = false;
+    QByteArray m_leftNode;                               ///< of the device before, while it is attached
     int m_address = 1;                                   ///< grows with every device, as a real bus counts them
     std::vector<std::unique_ptr<UsbfsDevice>> m_devices; ///< all that ever were: some may still be open
 };

@@ -282,7 +282,10 @@ private slots:
         {
             const std::future<void> threads[] = {
                 untilTheEnd([&] { read(); }),
-                untilTheEnd([&] { write(frameOf('a')); }),
+                untilTheEnd([&] {
+                    if (write(frameOf('a')) != 0) // until it is prepared, which this is not to hasten
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                }),
                 untilTheEnd([&] { prepare(); }),
                 untilTheEnd([&] { prepare(); }),
             };
