@@ -247,6 +247,7 @@ private slots:
         row("<ul><li>one</li><li>two</li></ul>", "Ctrl+End Left +", "-one|-tw|#|-o");
         row("<p style='margin-left:50px; line-height:10px'>ab</p>", "Ctrl+End +", "ab|#|");
         row("<img src='data:,P1 1 1 1'> ab", "Home +", "#|# ab"); // a small one stays in its line
+        row("ab<img width=560 src='data:,P1 1 1 1'>cd", "Ctrl+End 'e", "ab|#|cde");
         row("<table><tr><td>ab</td><td>cd</td></tr></table>", "Right Right +", "|a|#|b|cd|");
     }
 
