@@ -8,7 +8,7 @@
 
 namespace {
 constexpr int kPollMs = 20;
-constexpr qint64 kAheadBytes = 1024 * 1024; ///< of what the system has taken
+constexpr qint64 kAheadBytes = qint64{1024} * 1024; ///< of what the system has taken
 } // namespace
 
 RawServer::RawServer(QByteArray head, QByteArray piece, qint64 pieces)
