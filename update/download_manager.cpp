@@ -20,7 +20,8 @@ void logFailure(const QString& reason)
     qDebug().noquote() << "__________" << QLatin1Char('"') + logText(reason) + QLatin1Char('"');
 }
 
-constexpr qint64 kReadBufferBytes = qint64{1024} * 1024; ///< else a fast server fills the memory while the disk is slow
+constexpr qint64 kReadBufferBytes =
+    qint64{1024} * 1024; ///< else a fast server fills the memory while the disk is slow
 
 /// Other schemes are Qt's to open as well: "file:" reads what lies on this machine, and waits for ever at a pipe.
 bool isFetched(const QUrl& url)
