@@ -41,7 +41,7 @@ namespace {
 constexpr int kWidth = 600; ///< pixels
 constexpr int kHeight = 460;
 constexpr int kConnectingMs = 8000; ///< what the device may take to tell its model
-constexpr int kStopMs = 700;        ///< for threads that no write holds up, with the end of the process under 1 s
+constexpr int kStopMs = 700;        ///< for threads that no write holds up
 constexpr int kVanishMs = 200;      ///< until the desktop has painted what was behind the window
 
 /// The button says what the action says, and can be clicked when the action can be invoked.
@@ -118,7 +118,8 @@ bool MainWindow::stopThreads()
     readThread->requestInterruption();
     while (printThread->isMoving())
         printThread->wait(kStopMs);
-    const QDeadlineTimer end(kStopMs);
+    // One that is stuck keeps the receiver waiting as well, and the process ends without them.
+    const QDeadlineTimer end(printThread->isRunning() ? 0 : kStopMs);
     bool ended = true;
     for (QThread* thread : {static_cast<QThread*>(readThread), static_cast<QThread*>(printThread)}) {
         if (thread->wait(end))
