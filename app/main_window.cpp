@@ -115,6 +115,8 @@ void MainWindow::createThreads()
 
 bool MainWindow::stopThreads()
 {
+    if (!readThread)
+        return true;
     readThread->requestInterruption();
     while (printThread->isMoving())
         printThread->wait(kStopMs);
@@ -384,7 +386,6 @@ void MainWindow::changeEvent(QEvent* event)
         ui->retranslateUi(this);
         retranslateMenu();
         m_moreActions->retranslate();
-        showPrintState();
     }
 }
 

@@ -62,8 +62,21 @@ Piece takeDataAddress(const QByteArray& html, int& at)
     return address;
 }
 
-/// What a data: address holds; empty where it is damaged.
-QByteArray addressContent(const QByteArray& address)
+/// @param budget  bytes of pixels that there is still room for, less this picture's afterwards
+/// @param isLarge  set where there is not enough
+QImage decode(const QByteArray& address, qint64& budget, bool& isLarge)
+{
+    QImage picture = pictureFromData(dataAddressContent(address));
+    isLarge = picture.sizeInBytes() > budget;
+    if (isLarge)
+        return {};
+    budget -= picture.sizeInBytes();
+    return picture;
+}
+
+} // namespace
+
+QByteArray dataAddressContent(const QByteArray& address)
 {
     const int comma = address.indexOf(',');
     if (comma < 0)
@@ -77,20 +90,6 @@ QByteArray addressContent(const QByteArray& address)
         body.replace(c, "");
     return QByteArray::fromBase64Encoding(body, QByteArray::AbortOnBase64DecodingErrors).decoded;
 }
-
-/// @param budget  bytes of pixels that there is still room for, less this picture's afterwards
-/// @param isLarge  set where there is not enough
-QImage decode(const QByteArray& address, qint64& budget, bool& isLarge)
-{
-    QImage picture = pictureFromData(addressContent(address));
-    isLarge = picture.sizeInBytes() > budget;
-    if (isLarge)
-        return {};
-    budget -= picture.sizeInBytes();
-    return picture;
-}
-
-} // namespace
 
 EmbeddedPictures takePictures(const QByteArray& html)
 {

@@ -16,6 +16,9 @@ struct EmbeddedPictures
     int tooLarge = 0;         ///< how many there was no room for; they are null as well
 };
 
+/// What a data: address holds; empty where it is damaged.
+QByteArray dataAddressContent(const QByteArray& address);
+
 /// Takes the pictures that HTML carries itself (data: addresses of <img>) out of it, since as text within a document
 /// they would take several times their size. Other addresses stay as they are. Any encoding that keeps ASCII. Any thread.
 EmbeddedPictures takePictures(const QByteArray& html);

@@ -1,5 +1,6 @@
 #include "content/page/pasted_page.h"
 
+#include "content/page/embedded_pictures.h"
 #include "content/page/page_scaling.h"
 #include "content/page/picture_file.h"
 #include "content/page/sheet_pictures.h"
@@ -19,18 +20,6 @@
 
 namespace {
 
-/// No file: it need not be one of this computer, and to ask another one for it tells that one who asks.
-QImage pictureInAddress(const QUrl& url)
-{
-    if (url.scheme().compare(QLatin1String("data"), Qt::CaseInsensitive) != 0)
-        return {};
-    const QByteArray content = url.toEncoded(QUrl::FullyEncoded);
-    const int comma = content.indexOf(',');
-    const QByteArray body = QByteArray::fromPercentEncoding(content.mid(comma + 1));
-    const bool base64 = content.left(comma).endsWith(";base64");
-    return pictureFromData(base64 ? QByteArray::fromBase64(body) : body);
-}
-
 /// Loads nothing by itself: neither style sheets nor pictures of a page from elsewhere.
 class PastedDocument : public QTextDocument
 {
@@ -38,9 +27,11 @@ protected:
     QVariant loadResource(int, const QUrl&) override { return {}; }
 };
 
+/// No file: it need not be one of this computer, and to ask another one for it tells that one who asks.
 QImage pictureOfAddress(const QString& address)
 {
-    return pictureInAddress(QUrl(address));
+    const bool holdsIt = address.startsWith(QLatin1String("data:"), Qt::CaseInsensitive);
+    return holdsIt ? pictureFromData(dataAddressContent(address.toUtf8())) : QImage();
 }
 
 // Named after its content: text copied within a page must not depend on the second in which it is pasted.

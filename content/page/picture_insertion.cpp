@@ -31,11 +31,6 @@ QString pictureName(qint64 secondsSinceEpoch)
     return QStringLiteral("capture_image_") + QChar(static_cast<ushort>(secondsSinceEpoch % 65536));
 }
 
-int pictureWidth(const QTextEdit& editor)
-{
-    return PictureRoom::of(editor).width;
-}
-
 bool insertPicture(QTextEdit& editor, const QImage& picture, qint64 secondsSinceEpoch)
 {
     qDebug() << "slotsInsertImage" << picture.width() << "textEdit width" << editor.viewport()->width();

@@ -10,10 +10,7 @@ class QTextEdit;
 /// (docs/architecture.md, "Kept behaviour").
 QString pictureName(qint64 secondsSinceEpoch);
 
-/// Width that an inserted picture gets: that of the viewport less the vertical scroll bar's width in millimetres.
-int pictureWidth(const QTextEdit& editor);
-
-/// Scales a picture up or down to pictureWidth() and inserts it at the editor's cursor, in place of a selection, as
+/// Scales a picture up or down to the room on the sheet (PictureRoom) and inserts it at the editor's cursor, in place of a selection, as
 /// a paragraph of its own. What is typed below it looks like the text before it. One undo step.
 /// @return false for a null picture, one of which nothing is left at that width and one that would be higher than
 ///         kPaintableRows; the page is then unchanged

@@ -7,7 +7,7 @@
 #include "app/welcome_window.h"
 #include "content/capture/capture_screen.h"
 #include "content/page/edit_main_window.h"
-#include "content/page/picture_insertion.h"
+#include "content/page/sheet_pictures.h"
 #include "content/page/text_runs.h"
 #include "device/diagnostics/diagnostic_hub.h"
 #include "simulator/cloud/simulated_service.h"
@@ -336,7 +336,7 @@ private slots:
         QCOMPARE(runs.size(), 1);
         const QUrl name(runs[0].format.toImageFormat().name());
         const auto picture = editor.document()->resource(QTextDocument::ImageResource, name).value<QImage>();
-        QCOMPARE(picture.width(), pictureWidth(editor));
+        QCOMPARE(picture.width(), PictureRoom::of(editor).width);
         QImage behindAlone(picture.size(), picture.format());
         behindAlone.fill(QColor("#1060c0"));
         QCOMPARE(picture, behindAlone);

@@ -3,6 +3,7 @@
 #include "content/page/edit_main_window.h"
 #include "content/page/editor_actions.h"
 #include "content/page/picture_insertion.h"
+#include "content/page/sheet_pictures.h"
 #include "content/page/text_runs.h"
 
 #include <QBuffer>
@@ -65,7 +66,7 @@ class EditMainWindowTest : public QObject
         for (int i = 0; i < runs().size(); ++i) {
             const QTextCharFormat format = runs()[i].format;
             const QTextCursor cursor = runs()[i].select(*editor()->document());
-            const bool fills = picture(i).width() == pictureWidth(*editor());
+            const bool fills = picture(i).width() == PictureRoom::of(*editor()).width;
             mark(format.isImageFormat(), picture(i).pixelColor(0, 0).name());
             mark(format.isImageFormat() && !fills, QStringLiteral("x%1").arg(picture(i).width()));
             mark(!format.isImageFormat(), cursor.selectedText() + QString::number(format.font().pointSizeF()));
@@ -212,18 +213,18 @@ private slots:
             QCOMPARE(editor()->viewport()->width(), sheet);
             QCOMPARE(editor()->document()->size().width(), sheet);
             QCOMPARE(picture(1).convertToFormat(QImage::Format_RGB32),
-                     (sheet == 384 ? pasted.scaledToWidth(pictureWidth(*editor())) : pasted)
+                     (sheet == 384 ? pasted.scaledToWidth(PictureRoom::of(*editor()).width) : pasted)
                          .convertToFormat(QImage::Format_RGB32));
-            QCOMPARE(picture(2), source.scaledToWidth(pictureWidth(*editor())));
+            QCOMPARE(picture(2), source.scaledToWidth(PictureRoom::of(*editor()).width));
             QCOMPARE(editor()->document()->availableUndoSteps(), steps);
         }
         perform("Ctrl+Z");
         sheetModel().choose("Quillbox_K1");
         perform("Ctrl+Y");
-        QCOMPARE(picture(2), source.scaledToWidth(pictureWidth(*editor())));
+        QCOMPARE(picture(2), source.scaledToWidth(PictureRoom::of(*editor()).width));
         perform("Ctrl+End Left Shift+Left Ctrl+C Ctrl+End Ctrl+V");
         sheetModel().choose("Quillbox_K2");
-        QCOMPARE(picture(3).width(), pictureWidth(*editor())); // the copy of one that fills
+        QCOMPARE(picture(3).width(), PictureRoom::of(*editor()).width); // the copy of one that fills
     }
 
     void picturesStandAlone_data()
@@ -284,7 +285,7 @@ private slots:
         }
         QCOMPARE(page(), QStringLiteral("#0000ff x20 #0000ff x20 #00ff00 x20 L"));
         QVERIFY(editor()->document()->size().height() >
-                pictureWidth(*editor()) * 1.1); // both have the later's height
+                PictureRoom::of(*editor()).width * 1.1); // both have the later's height
     }
 
     void awkwardPictureNames()
