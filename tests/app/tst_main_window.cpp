@@ -191,6 +191,8 @@ private slots:
         QElapsedTimer time;
         time.start();
         client.click("printButton");
+        QEvent otherLanguage(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(&client.window(), &otherLanguage);
         QVERIFY(says(false, "正在打印，请等待完成或取消"));
         const auto* progress = client->findChild<PrintProgress*>();
         QTRY_VERIFY(progress->isVisible());

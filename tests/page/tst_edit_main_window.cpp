@@ -48,7 +48,7 @@ class EditMainWindowTest : public QObject
     {
         QBuffer png;
         image.save(&png, "PNG");
-        return "data:image/png;base64," + png.data().toBase64();
+        return "data:image/png;base64," + png.data().toBase64().toPercentEncoding();
     }
 
     QImage picture(int run) const
