@@ -10,12 +10,14 @@ find_package_handle_standard_args(Httplib REQUIRED_VARS Httplib_LIBRARY Httplib_
 
 if(Httplib_FOUND AND NOT TARGET httplib::httplib)
     find_package(OpenSSL REQUIRED)
+    find_package(ZLIB REQUIRED)
     add_library(httplib::httplib UNKNOWN IMPORTED)
     set_target_properties(httplib::httplib PROPERTIES
         IMPORTED_LOCATION ${Httplib_LIBRARY}
         INTERFACE_INCLUDE_DIRECTORIES ${Httplib_INCLUDE_DIR}
         INTERFACE_COMPILE_DEFINITIONS
-            "CPPHTTPLIB_OPENSSL_SUPPORT;CPPHTTPLIB_ZLIB_SUPPORT;CPPHTTPLIB_BROTLI_SUPPORT"
-        INTERFACE_LINK_LIBRARIES "OpenSSL::SSL;OpenSSL::Crypto;Threads::Threads")
+            "CPPHTTPLIB_OPENSSL_SUPPORT;CPPHTTPLIB_ZLIB_SUPPORT;$<IF:$<BOOL:${WIN32}>,_WIN32_WINNT=0x0A00,CPPHTTPLIB_BROTLI_SUPPORT>"
+        INTERFACE_LINK_LIBRARIES
+            "OpenSSL::SSL;OpenSSL::Crypto;ZLIB::ZLIB;Threads::Threads;$<$<BOOL:${WIN32}>:ws2_32;crypt32>")
 endif()
 mark_as_advanced(Httplib_INCLUDE_DIR Httplib_LIBRARY)
