@@ -181,9 +181,8 @@ XDG_DATA_HOME=${CMAKE_BINARY_DIR}/test_data/${name};\
 LSAN_OPTIONS=suppressions=${suppressions}/lsan.txt:print_suppressions=0;\
 TSAN_OPTIONS=${thread_options};UBSAN_OPTIONS=print_stacktrace=1")
     if(WIN32 AND CMAKE_CROSSCOMPILING)
-        list(TRANSFORM QUILLBOX_WINDOWS_PREFIXES REPLACE "(.+)" "Z:\\1/bin" OUTPUT_VARIABLE path)
-        list(JOIN path "\\;" path)
-        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "QUILLBOX_WINE=${QUILLBOX_WINE}" "WINEPATH=${path}")
+        list(GET QUILLBOX_WINDOWS_PREFIXES 0 qt)
+        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "QUILLBOX_WINE=${QUILLBOX_WINE}" "WINEPATH=Z:${qt}/bin")
     endif()
 endfunction()
 

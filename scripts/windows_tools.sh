@@ -166,12 +166,16 @@ make_wine() {
 
 make_windows_tools() {
     mkdir -p "$windows_cache"
+    local registry
+    registry=$(<"$root/packaging/windows/wine.reg")
+    make_tool wine "$registry" & # waits for the network most of the time
     make_tool qt "$qt_version"
     make_tool libusb
     make_tool openssl
     make_tool httplib "$openssl_root"
     make_tool tiff "$qt_root"
-    make_tool wine "$(<"$root/packaging/windows/wine.reg")"
+    wait $! || die "there is no Debian with wine"
+    make_tool wine "$registry" >/dev/null # for its variable
 }
 
 # Where the machine's own Qt says what its tools are: host_cmake_folder <package>
