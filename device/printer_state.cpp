@@ -2,42 +2,33 @@
 
 #include "app/globals/model.h"
 #include "device/port.h"
+#include "device/printer_words.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <atomic>
-#include <vector>
 
 namespace {
 
 std::atomic<int> s_lastFailure{0};
 thread_local int t_lastFailure = 0;
 
-struct Meaning
+const std::vector<PortWords>& commonPortWords()
 {
-    int failure;
-    const char* text;
-};
-
-const std::vector<Meaning>& meanings()
-{
-#ifdef Q_OS_WIN
-    // The port may be the maker's own there, and who takes its numbers for others tells a wrong cause.
-    static const std::vector<Meaning> table;
-#else
-    static const std::vector<Meaning> table = {
+    static const std::vector<PortWords> table = {
         {kPortTransferFailed, QT_TRANSLATE_NOOP("PrinterState", "传输出错，请拔下打印机再重新插上")},
-        {kPortNoPermission,
-         QT_TRANSLATE_NOOP("PrinterState", "没有权限，请把 70-quillbox.rules 复制到 /etc/udev/rules.d 后重新插上")},
         {kPortNoDevice, QT_TRANSLATE_NOOP("PrinterState", "未插上")},
-        {kPortNotConfigured, QT_TRANSLATE_NOOP("PrinterState", "系统未能配置，请直接插到电脑的 USB 口")},
         {kPortInUse, QT_TRANSLATE_NOOP("PrinterState", "被其他程序占用")},
-        {kPortTimedOut, QT_TRANSLATE_NOOP("PrinterState", "缺纸或上盖打开")},
+        {kPortTakesNothing, QT_TRANSLATE_NOOP("PrinterState", "缺纸或上盖打开")},
         {kPortRefused, QT_TRANSLATE_NOOP("PrinterState", "拒收数据，请关机后再开机")},
         {kPortNotSupported, QT_TRANSLATE_NOOP("PrinterState", "插上的不是这种打印机")},
+        {kPortLibraryMissing, QT_TRANSLATE_NOOP("PrinterState", "程序文件夹中没有 portio.dll，请重新安装羽毛盒")},
+        {kPortLibraryNotLoadable,
+         QT_TRANSLATE_NOOP("PrinterState",
+                           "无法载入 portio.dll（已损坏、版本位数不符或缺少其他文件），请重新安装羽毛盒")},
+        {kPortLibraryForeign, QT_TRANSLATE_NOOP("PrinterState", "portio.dll 不是打印机接口库，请重新安装羽毛盒")},
     };
-#endif
     return table;
 }
 
@@ -48,11 +39,12 @@ QString translated(const char* text)
 
 QString failureText(int failure)
 {
-    const auto& table = meanings();
-    const auto known =
-        std::find_if(table.begin(), table.end(), [failure](const Meaning& row) { return row.failure == failure; });
-    if (known != table.end())
-        return translated(known->text);
+    for (const auto* table : {&commonPortWords(), &systemPortWords()}) {
+        const auto known = std::find_if(table->begin(), table->end(),
+                                        [failure](const PortWords& row) { return row.failure == failure; });
+        if (known != table->end())
+            return translated(known->text);
+    }
     return translated(QT_TRANSLATE_NOOP("PrinterState", "错误 %1")).arg(failure);
 }
 

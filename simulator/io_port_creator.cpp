@@ -7,7 +7,7 @@
 extern "C" int io_port_creator(port** out, const char* kind)
 {
     if (!out || !kind || std::strcmp(kind, "USB") != 0)
-        return SimulatedPrinter::kBadArgument;
+        return portNumber(SimulatedPrinter::kBadArgument);
     const int result = openSimulatedPort();
     if (result == 0)
         *out = simulatedPort();

@@ -56,8 +56,8 @@ int connectAnew(BringUp bringUp)
 int preparePort(port* self)
 {
     if (!self)
-        return SimulatedPrinter::kBadArgument;
-    return connectAnew([](int* plugging) { return simulatedPrinter().prepare(plugging); });
+        return portNumber(SimulatedPrinter::kBadArgument);
+    return portNumber(connectAnew([](int* plugging) { return simulatedPrinter().prepare(plugging); }));
 }
 
 /// The frame goes in packets, as a bus brings it. A printer that holds back is waited for.
@@ -83,28 +83,28 @@ int sendFrame(const unsigned char* frame, int length, int* written)
 int writePort(port* self, const unsigned char* buffer, int offset, int length, int* written)
 {
     if (!self || !buffer || offset != 0 || length < 0 || !written)
-        return SimulatedPrinter::kBadArgument;
+        return portNumber(SimulatedPrinter::kBadArgument);
     const std::lock_guard<FrameMutex> writing(s_writing);
     *written = 0;
     if (s_failure != 0)
-        return s_failure;
+        return portNumber(s_failure);
     s_failure = sendFrame(buffer, length, written);
     if (s_failure == SimulatedPrinter::kRefused)
         simulatedPrinter().clearHalt(Endpoint::Out);
-    return s_failure;
+    return portNumber(s_failure);
 }
 
 int readPort(port* self, unsigned char* buffer, int offset, int capacity, int* received)
 {
     if (!self || !buffer || offset != 0 || !received)
-        return SimulatedPrinter::kBadArgument;
+        return portNumber(SimulatedPrinter::kBadArgument);
     const std::lock_guard<std::mutex> reading(s_reading);
     *received = 0;
     const int result = simulatedPrinter().readReplies(buffer, capacity, s_connection);
     if (result == SimulatedPrinter::kRefused)
         simulatedPrinter().clearHalt(Endpoint::In);
     if (result < 0)
-        return result;
+        return readNumber(result);
     *received = result;
     return result == 0 ? kPortTimedOut : 0;
 }
@@ -134,11 +134,11 @@ port* simulatedPort()
 
 int openSimulatedPort()
 {
-    return connectAnew([](int* plugging) {
+    return portNumber(connectAnew([](int* plugging) {
         const PrinterReport report = simulatedPrinter().report();
         if (!report.pluggedIn)
             return SimulatedPrinter::kUnplugged;
         *plugging = report.plugging;
         return 0;
-    });
+    }));
 }

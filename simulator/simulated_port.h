@@ -17,5 +17,5 @@ SimulatedPrinter& simulatedPrinter();
 port* simulatedPort();
 
 /// What opening the port does: connects to the printer as it is plugged in now.
-/// @return  0, or SimulatedPrinter::kUnplugged
+/// @return  0, or kPortNoDevice
 int openSimulatedPort();

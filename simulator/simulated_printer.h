@@ -85,7 +85,7 @@ public:
     using Condition = PrinterReport::Condition;
     enum class Endpoint { In, Out }; ///< as the client sees them
 
-    // Errors of the wire; all negative, as a port reports them.
+    // Errors of the wire; all negative, and a port reports them by portNumber().
     static constexpr int kBadArgument = -2;
     static constexpr int kUnplugged = -4;
     static constexpr int kRefused = -9; ///< also of a halted endpoint

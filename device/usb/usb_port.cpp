@@ -13,10 +13,14 @@
 #include <mutex>
 #include <new>
 
-static_assert(kPortTransferFailed == LIBUSB_ERROR_IO && kPortNoPermission == LIBUSB_ERROR_ACCESS &&
-                  kPortNoDevice == LIBUSB_ERROR_NO_DEVICE && kPortNotConfigured == LIBUSB_ERROR_NOT_FOUND &&
-                  kPortInUse == LIBUSB_ERROR_BUSY && kPortTimedOut == LIBUSB_ERROR_TIMEOUT &&
-                  kPortRefused == LIBUSB_ERROR_PIPE && kPortNotSupported == LIBUSB_ERROR_NOT_SUPPORTED,
+static_assert(kPortTransferFailed == portNumber(LIBUSB_ERROR_IO) &&
+                  kPortNoPermission == portNumber(LIBUSB_ERROR_ACCESS) &&
+                  kPortNoDevice == portNumber(LIBUSB_ERROR_NO_DEVICE) &&
+                  kPortNotConfigured == portNumber(LIBUSB_ERROR_NOT_FOUND) &&
+                  kPortInUse == portNumber(LIBUSB_ERROR_BUSY) &&
+                  kPortTakesNothing == portNumber(LIBUSB_ERROR_TIMEOUT) && kPortTimedOut == LIBUSB_ERROR_TIMEOUT &&
+                  kPortRefused == portNumber(LIBUSB_ERROR_PIPE) &&
+                  kPortNotSupported == portNumber(LIBUSB_ERROR_NOT_SUPPORTED),
               "the port reports libusb's numbers");
 
 namespace {
@@ -77,16 +81,19 @@ int guarded(Operation operation)
 UsbPort::UsbPort()
     : port()
 {
-    prepare = [](port* self) { return guarded([&] { return static_cast<UsbPort*>(self)->prepareSession(); }); };
+    prepare = [](port* self) {
+        return portNumber(guarded([&] { return static_cast<UsbPort*>(self)->prepareSession(); }));
+    };
     write = [](port* self, const unsigned char* buffer, int offset, int length, int* written) {
         if (!buffer || offset != 0 || length < 1 || !written)
-            return static_cast<int>(LIBUSB_ERROR_INVALID_PARAM);
-        return guarded([&] { return static_cast<UsbPort*>(self)->writeFrame(buffer, length, written); });
+            return portNumber(LIBUSB_ERROR_INVALID_PARAM);
+        return portNumber(guarded([&] { return static_cast<UsbPort*>(self)->writeFrame(buffer, length, written); }));
     };
     read = [](port* self, unsigned char* buffer, int offset, int capacity, int* received) {
         if (!buffer || offset != 0 || !received)
-            return static_cast<int>(LIBUSB_ERROR_INVALID_PARAM);
-        return guarded([&] { return static_cast<UsbPort*>(self)->readReplies(buffer, capacity, received); });
+            return portNumber(LIBUSB_ERROR_INVALID_PARAM);
+        return readNumber(
+            guarded([&] { return static_cast<UsbPort*>(self)->readReplies(buffer, capacity, received); }));
     };
 }
 
@@ -210,11 +217,11 @@ UsbPort& usbPort()
 extern "C" int io_port_creator(port** out, const char* kind)
 {
     if (!out || !kind || std::strcmp(kind, "USB") != 0)
-        return LIBUSB_ERROR_INVALID_PARAM;
-    return guarded([&] {
+        return portNumber(LIBUSB_ERROR_INVALID_PARAM);
+    return portNumber(guarded([&] {
         const int result = usbPort().open();
         if (result == 0)
             *out = &usbPort();
         return result;
-    });
+    }));
 }

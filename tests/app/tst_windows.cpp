@@ -232,16 +232,25 @@ private slots:
 
     void printerInWords()
     {
+#ifdef Q_OS_WIN
+        const QStringList system{"another program uses it", "choose the driver WinUSB", "it has no driver that"};
+#else
+        const QStringList system{"70-quillbox.rules", "the system cannot set it up", "error -50"};
+#endif
         const Language english("en_WW");
         for (const auto& [failure, words] :
              std::initializer_list<std::pair<int, QString>>{{kPortTransferFailed, "the transfer failed"},
-                                                            {kPortNoPermission, "70-quillbox.rules"},
+                                                            {kPortNoPermission, system[0]},
                                                             {kPortNoDevice, "none plugged in"},
-                                                            {kPortNotConfigured, "the system cannot set it up"},
+                                                            {kPortNotConfigured, system[1]},
                                                             {kPortInUse, "another program uses it"},
-                                                            {kPortTimedOut, "out of paper or cover open"},
+                                                            {kPortTakesNothing, "out of paper or cover open"},
                                                             {kPortRefused, "it refuses data"},
                                                             {kPortNotSupported, "not a Quillbox"},
+                                                            {kPortLibraryMissing, "portio.dll is missing"},
+                                                            {kPortLibraryNotLoadable, "portio.dll cannot be loaded"},
+                                                            {kPortLibraryForeign, "portio.dll is not a library"},
+                                                            {kPortNoDriver, system[2]},
                                                             {17, "error 17"},
                                                             {0, "K1, ready"}})
             QVERIFY2(printerStateText(failure, false, "Quillbox_K1").contains(words), qPrintable(words));

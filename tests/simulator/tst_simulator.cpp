@@ -188,20 +188,20 @@ private slots:
     {
         QCOMPARE(write(kFeed2 + kFeed2), 0);
         m_printer.fault([](auto& faults) { faults.refusingWrites = true; });
-        QCOMPARE(write(kFeed2), -9);
+        QCOMPARE(write(kFeed2), kPortRefused);
         QCOMPARE(read(5), kFeed2.left(5)); // what was answered before can still be read
         QCOMPARE(read(), kFeed2.mid(5) + kFeed2);
         const qint64 lastNumber = m_printer.frames().last().number;
         m_printer.reset();
-        QCOMPARE(read(), QByteArray("-4")); // the connection of before
-        QCOMPARE(write(kFeed2), -9);        // as the one that failed, until the port is prepared
+        QCOMPARE(read(), QByteArray::number(kPortNoDevice)); // the connection of before
+        QCOMPARE(write(kFeed2), kPortRefused);               // as the one that failed, until the port is prepared
         QCOMPARE(prepare(), 0);
         QCOMPARE(write(kFeed2 + kSetKey1), 0);
         QCOMPARE(m_printer.frames().first().number, lastNumber + 1); // no number comes twice
         m_printer.unplug();
         m_printer.plugIn();
         QCOMPARE(m_printer.report().key, kPowerOnKey);
-        QCOMPARE(write(kFeed2), -4);
+        QCOMPARE(write(kFeed2), kPortNoDevice);
     }
 
     void memoryIsBounded()
