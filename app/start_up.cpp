@@ -3,6 +3,7 @@
 #include "app/globals/settings.h"
 #include "app/globals/sheet_model.h"
 #include "app/globals/trace.h"
+#include "app/process_end.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -11,7 +12,6 @@
 #include <QTranslator>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -46,7 +46,7 @@ int leaveMain(int result, bool threadsEnded)
 {
     if (!threadsEnded) {
         std::fflush(nullptr);
-        std::_Exit(result);
+        endProcess(result);
     }
     return result;
 }
