@@ -1,7 +1,7 @@
 #include "app/globals/settings.h"
 #include "app/main_window.h"
 #include "app/start_up.h"
-#include "device/usb/usb_log.h"
+#include "device/port_log.h"
 
 #include <QApplication>
 #include <QSettings>
@@ -15,7 +15,7 @@ int run(int argc, char** argv, bool* threadsEnded)
     QApplication app(argc, argv);
     QSettings settings(kOrganization, kApplication);
     startUp(settings);
-    setUsbLog([](const char* line) { qDebug().noquote() << QString::fromUtf8(line); });
+    setPortLog([](const char* line) { qDebug().noquote() << QString::fromUtf8(line); });
 
     MainWindow window;
     window.keepDrafts(draftsFolder());

@@ -1,7 +1,9 @@
 #include "device/usb/usb_connection.h"
 
+#include "device/port.h"
 #include "device/usb/usb_ids.h"
 #include "device/usb/usb_log.h"
+#include "device/usb/usb_system.h"
 
 #include <libusb.h>
 
@@ -41,7 +43,7 @@ int bulkInterfaceOf(libusb_device* device, BulkInterface* found)
     return isThere ? 0 : UsbNoInterface;
 }
 
-/// What the port returns for a failure, which has libusb's numbers alone.
+/// libusb's number for a failure, as far as it has one.
 int portResult(int failure)
 {
     switch (failure) {
@@ -51,9 +53,17 @@ int portResult(int failure)
         return LIBUSB_ERROR_NOT_SUPPORTED;
     case UsbUnconfigured:
         return LIBUSB_ERROR_NOT_FOUND;
+    case UsbNoDriver:
+        return kPortNoDriver - kPortNumbers;
     default:
         return failure;
     }
+}
+
+/// Where the system's driver is none that libusb can speak through, the device is listed and cannot be opened.
+int openingFailure(int result)
+{
+    return result == LIBUSB_ERROR_NOT_SUPPORTED ? int{UsbNoDriver} : result;
 }
 
 /// As lsusb counts: bus and address on it.
@@ -85,6 +95,11 @@ void UsbConnection::HandleCloser::operator()(libusb_device_handle* handle) const
 /// Each connection has a context of its own: without a udev daemon, an old one never lists a device plugged in again.
 std::unique_ptr<UsbConnection> UsbConnection::open(int* result)
 {
+    if (!mayHavePrinter()) {
+        reportUsbFailure(UsbNoPrinter, {});
+        *result = portResult(UsbNoPrinter);
+        return nullptr;
+    }
     libusb_context* context = nullptr;
     *result = libusb_init(&context);
     if (*result != 0) {
@@ -136,13 +151,13 @@ int UsbConnection::claim(libusb_device* device)
     m_place += ", interface " + std::to_string(found.number);
     libusb_device_handle* opened = nullptr;
     if (const int result = libusb_open(device, &opened); result != 0)
-        return result;
+        return openingFailure(result);
     Handle handle(opened);
     // Where the system binds a printer driver of its own it steps aside until the interface is released. Elsewhere
     // there is none, and the call says so.
     libusb_set_auto_detach_kernel_driver(opened, 1);
     if (const int result = libusb_claim_interface(opened, found.number); result != 0)
-        return result;
+        return openingFailure(result);
     if (found.alternateSetting != 0) {
         if (const int result = libusb_set_interface_alt_setting(opened, found.number, found.alternateSetting);
             result != 0) {

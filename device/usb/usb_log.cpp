@@ -1,6 +1,7 @@
 #include "device/usb/usb_log.h"
 
 #include "device/usb/usb_ids.h"
+#include "device/usb/usb_system.h"
 
 #include <libusb.h>
 
@@ -10,21 +11,16 @@
 
 namespace {
 
-void writeToStandardError(const char* line)
-{
-    std::fprintf(stderr, "%s\n", line);
-}
-
 struct Log
 {
     std::mutex mutex;
-    void (*sink)(const char* line) = writeToStandardError;
+    void (*sink)(const char* line) = writeToSystemLog;
     std::string lastFailure;
 };
 
 Log& usbLog()
 {
-    static Log log;
+    static Log& log = *new Log; // for threads that outlive the objects of the program
     return log;
 }
 
@@ -42,6 +38,8 @@ std::string supportedIds()
 
 std::string failureText(int failure)
 {
+    if (const char* advice = systemAdvice(failure))
+        return advice;
     switch (failure) {
     case UsbNoPrinter:
         return "no printer found: connect it and switch it on (looked for " + supportedIds() + ")";
@@ -50,9 +48,8 @@ std::string failureText(int failure)
     case UsbUnconfigured:
         return "the system has not configured the device, as where a hub has too little power for it: "
                "plug it into a port of the computer itself";
-    case LIBUSB_ERROR_ACCESS:
-        return "no permission to open the printer: install the udev rule 70-quillbox.rules, "
-               "then unplug the printer and plug it in again";
+    case UsbNoDriver:
+        return "no driver lets programs use the printer: give it the WinUSB driver in the Device Manager";
     case LIBUSB_ERROR_BUSY:
         return "another program holds the printer: close it, and take the printer out of the print queues";
     case LIBUSB_ERROR_NO_DEVICE:
@@ -81,7 +78,7 @@ void setUsbLog(void (*sink)(const char* line))
 {
     Log& log = usbLog();
     const std::lock_guard<std::mutex> lock(log.mutex);
-    log.sink = sink ? sink : writeToStandardError;
+    log.sink = sink ? sink : writeToSystemLog;
 }
 
 void reportUsbFailure(int failure, const std::string& place)

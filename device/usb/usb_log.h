@@ -4,7 +4,7 @@
 
 /// Where the port tells what happens to it. It has no log of its own and knows nothing of the client's.
 /// @param sink  called with one line without a line end, from whichever thread uses the port, one call at a time;
-///              null for standard error, where the lines go until this is called
+///              null for the system's log, where the lines go until this is called
 void setUsbLog(void (*sink)(const char* line));
 
 /// What keeps a printer from being opened and has no number of libusb's; those are negative.
@@ -12,6 +12,7 @@ enum UsbTrouble : int {
     UsbNoPrinter = 1,    ///< no supported device is on the bus
     UsbNoInterface = 2,  ///< the device has no interface with two bulk endpoints
     UsbUnconfigured = 3, ///< the system has not configured the device, so that it has no interface at all
+    UsbNoDriver = 4,     ///< the system's driver of the device lets no program transfer
 };
 
 /// Reports a failure and how to mend it. The receiver tries again every 2 s, so a failure that only repeats the last

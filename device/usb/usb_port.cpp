@@ -2,6 +2,7 @@
 #include "device/usb/fair_mutex.h"
 #include "device/usb/usb_connection.h"
 #include "device/usb/usb_log.h"
+#include "device/usb/usb_system.h"
 
 #include <libusb.h>
 
@@ -153,18 +154,20 @@ int UsbPort::writeFrame(const unsigned char* frame, int length, int* written)
     return result;
 }
 
-/// The device takes the frame as a stream, so sending goes on behind what has moved, and nothing is sent twice.
+/// The device takes the frame as a stream, so sending goes on behind what has moved, and nothing is sent twice. Where
+/// what has moved is not known, the frame is one transfer, and lost with it.
 int UsbPort::sendAll(const unsigned char* frame, int length, int* written)
 {
+    const bool goesOn = cutTransfersAreCounted();
+    const auto slice = goesOn ? kSendSlice : kNoProgressLimit;
     auto end = Clock::now() + kNoProgressLimit;
     while (*written < length) {
         int moved = 0;
-        const int result =
-            m_connection->send(frame + *written, length - *written, timeoutMs(end, kSendSlice), &moved);
+        const int result = m_connection->send(frame + *written, length - *written, timeoutMs(end, slice), &moved);
         *written += moved;
         if (moved > 0)
             end = Clock::now() + kNoProgressLimit;
-        if (result != 0 && result != LIBUSB_ERROR_TIMEOUT)
+        if (result != 0 && (result != LIBUSB_ERROR_TIMEOUT || !goesOn))
             return result;
         if (moved == 0 && Clock::now() >= end)
             return LIBUSB_ERROR_TIMEOUT;
@@ -206,10 +209,19 @@ int UsbPort::readReplies(unsigned char* buffer, int capacity, int* received)
     return 0;
 }
 
+struct AtExit
+{
+    void operator()(UsbPort* thePort) const
+    {
+        if (threadsOutliveObjects())
+            delete thePort;
+    }
+};
+
 UsbPort& usbPort()
 {
-    static UsbPort thePort;
-    return thePort;
+    static const std::unique_ptr<UsbPort, AtExit> thePort(new UsbPort);
+    return *thePort;
 }
 
 } // namespace
