@@ -1,0 +1,22 @@
+# quillbox_add_port_library(<name> [FOLDER <folder>] SOURCES <files…> USES <modules and imported targets…>)
+# A library that a client loads for its port: bin/<folder>/portio.dll, or portio.so where only tests load it. One of
+# the sources has to define io_port_creator, which is all that others see of it.
+function(quillbox_add_port_library name)
+    cmake_parse_arguments(ARG "" "FOLDER" "SOURCES;USES" ${ARGN})
+    set(exports ${PROJECT_SOURCE_DIR}/device/port_library/portio)
+    add_library(${name} MODULE ${ARG_SOURCES})
+    quillbox_targets(targets ${ARG_USES})
+    target_link_libraries(${name} PRIVATE ${targets} quillbox_build_flags)
+    if(WIN32)
+        target_sources(${name} PRIVATE ${exports}.def)
+    else()
+        target_link_options(${name} PRIVATE -Wl,--version-script=${exports}.map)
+        set_property(TARGET ${name} PROPERTY LINK_DEPENDS ${exports}.map)
+    endif()
+    set_target_properties(${name} PROPERTIES
+        PREFIX "" OUTPUT_NAME portio LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${ARG_FOLDER})
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    if(NOT folder MATCHES "^tests")
+        quillbox_record_layer(${name} ${folder} "${ARG_USES}" "" "")
+    endif()
+endfunction()
