@@ -10,6 +10,12 @@ namespace {
 constexpr char kWindow[] = "羽毛盒"; ///< title of the main window and of the connecting dialog
 constexpr char kFailure[] = "消息提示";
 
+/// The client that was built beside this test, or another one, such as the installed.
+QString clientProgram()
+{
+    return qEnvironmentVariable("QUILLBOX_CLIENT", CLIENT_PROGRAM);
+}
+
 /// What xdotool prints: of a search, the number of each window found.
 QList<QByteArray> xdotool(const QStringList& arguments)
 {
@@ -37,7 +43,7 @@ void inWindow(const QString& title, const QStringList& actions)
 class Quillbox
 {
 public:
-    explicit Quillbox(const QStringList& options = {}, const QStringList& program = {CLIENT_PROGRAM})
+    explicit Quillbox(const QStringList& options = {}, const QStringList& program = {clientProgram()})
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CONFIG_HOME", m_folder.path());
@@ -143,6 +149,8 @@ private slots:
         QVERIFY2(m_page.width() == 576 && black > 2000, QByteArray::number(black));
         QCOMPARE(quillbox.count("damaged frames"), 0);
         QCOMPARE(quillbox.count("key exchanges"), 1);
+        if (qEnvironmentVariableIsSet("QUILLBOX_PAPER")) // for whoever compares two clients
+            QVERIFY(m_page.save(qEnvironmentVariable("QUILLBOX_PAPER")));
 
         press(kWindow, "alt+F4");
         QTRY_COMPARE(quillbox.process().state(), QProcess::NotRunning);
@@ -155,7 +163,7 @@ private slots:
     void endsWhenItIsClosed()
     {
         const QString twice =
-            QStringLiteral("%1 && echo ended >&2 && %1 && echo ended >&2; exec sleep 60").arg(CLIENT_PROGRAM);
+            QStringLiteral("%1 && echo ended >&2 && %1 && echo ended >&2; exec sleep 60").arg(clientProgram());
         Quillbox quillbox({}, {"sh", "-c", twice});
         QVERIFY(quillbox.isReady());
         writePage();
