@@ -43,8 +43,14 @@ void inWindow(const QString& title, const QStringList& actions)
 class Quillbox
 {
 public:
-    explicit Quillbox(const QStringList& options = {}, const QStringList& program = {clientProgram()})
+    /// @param draft  a page file that it finds at its start
+    explicit Quillbox(const QStringList& options = {}, const QStringList& program = {clientProgram()},
+                      const QString& draft = {})
     {
+        if (!draft.isEmpty()) {
+            QDir(m_folder.path()).mkpath("Quillbox/drafts");
+            QFile::copy(draft, filePath("Quillbox/drafts/page.html"));
+        }
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_CONFIG_HOME", m_folder.path());
         environment.insert("XDG_DATA_HOME", m_folder.path());
@@ -156,6 +162,20 @@ private slots:
         QTRY_COMPARE(quillbox.process().state(), QProcess::NotRunning);
         QCOMPARE(quillbox.process().exitStatus(), QProcess::NormalExit);
         QCOMPARE(quillbox.process().exitCode(), 0);
+    }
+
+    /// The paper of this page is the same on every system; the one on Windows is held against the same file.
+    void printsPictureAsEverywhere()
+    {
+        Quillbox quillbox({}, {clientProgram()}, PICTURE_FOLDER "/picture.html");
+        QVERIFY(quillbox.isReady());
+        press(kWindow, "ctrl+p");
+        QVERIFY(quillbox.logs("send success"));
+        const QImage paper = quillbox.paper();
+        const QImage expected(PICTURE_FOLDER "/picture_paper.png");
+        QCOMPARE(paper.height(), expected.height() + 300); // the feed past the tear bar
+        QCOMPARE(paper.copy(expected.rect()).convertToFormat(QImage::Format_RGB32),
+                 expected.convertToFormat(QImage::Format_RGB32));
     }
 
     /// While the printer takes nothing the client ends at once, and the next one finds the printer free. While a page
