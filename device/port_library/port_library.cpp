@@ -30,18 +30,20 @@ int PortLibrary::load()
     const QFileInfo file(m_path);
     if (!file.exists())
         return kPortLibraryMissing;
-    if (file.lastModified() == m_foreignSince)
+    const auto state = qMakePair(file.lastModified(), file.size());
+    if (state == m_foreign)
         return kPortLibraryForeign;
     const bool isLoaded = m_library.load();
     if (isLoaded)
         m_creator = reinterpret_cast<Creator>(m_library.resolve("io_port_creator"));
     if (m_creator)
         return 0;
-    qDebug().noquote() << "port library:" << m_library.errorString();
+    qDebug().noquote() << "port library:"
+                       << (isLoaded ? m_path + QStringLiteral(" has no io_port_creator") : m_library.errorString());
     // Else the file could not be replaced, and the next load() would only repeat this one's answer.
     m_library.unload();
     if (!isLoaded)
         return kPortLibraryNotLoadable;
-    m_foreignSince = file.lastModified();
+    m_foreign = state;
     return kPortLibraryForeign;
 }

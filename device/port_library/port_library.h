@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QLibrary>
+#include <QPair>
 #include <QString>
 
 #include <mutex>
@@ -30,6 +31,6 @@ private:
     std::mutex m_mutex; ///< not held while the export runs
     QLibrary m_library;
     Creator m_creator = nullptr;
-    QDateTime
-        m_foreignSince; ///< when the file changed that had no export; code of strangers runs once, not every 2 s
+    /// Change and size of the file that had no export: the code of strangers runs once and not every 2 s.
+    QPair<QDateTime, qint64> m_foreign;
 };
