@@ -25,8 +25,7 @@ const std::vector<PortWords>& commonPortWords()
         {kPortNotSupported, QT_TRANSLATE_NOOP("PrinterState", "插上的不是这种打印机")},
         {kPortLibraryMissing, QT_TRANSLATE_NOOP("PrinterState", "程序文件夹中没有 portio.dll，请重新安装羽毛盒")},
         {kPortLibraryNotLoadable,
-         QT_TRANSLATE_NOOP("PrinterState",
-                           "无法载入 portio.dll（已损坏、版本位数不符或缺少其他文件），请重新安装羽毛盒")},
+         QT_TRANSLATE_NOOP("PrinterState", "无法载入 portio.dll（损坏、非 32 位或缺文件），请重新安装羽毛盒")},
         {kPortLibraryForeign, QT_TRANSLATE_NOOP("PrinterState", "portio.dll 不是打印机接口库，请重新安装羽毛盒")},
     };
     return table;

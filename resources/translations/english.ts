@@ -712,8 +712,8 @@ Write something in the editor and press Print; it comes out here.</translation>
         <translation>portio.dll is missing from the program&apos;s folder; install Quillbox again</translation>
     </message>
     <message>
-        <source>无法载入 portio.dll（已损坏、版本位数不符或缺少其他文件），请重新安装羽毛盒</source>
-        <translation>portio.dll cannot be loaded (it is damaged, not a 32-bit file, or needs a file that is missing); install Quillbox again</translation>
+        <source>无法载入 portio.dll（损坏、非 32 位或缺文件），请重新安装羽毛盒</source>
+        <translation>portio.dll cannot be loaded (damaged, not 32-bit, or it lacks a file); install Quillbox again</translation>
     </message>
     <message>
         <source>portio.dll 不是打印机接口库，请重新安装羽毛盒</source>
@@ -721,11 +721,11 @@ Write something in the editor and press Print; it comes out here.</translation>
     </message>
     <message>
         <source>Windows 未能配置，请在设备管理器中为它选择 WinUSB 驱动，或直接插到电脑的 USB 口</source>
-        <translation>Windows cannot set it up; choose the driver WinUSB for it in the Device Manager, or plug it into a port of the computer itself</translation>
+        <translation>Windows cannot set it up; choose the WinUSB driver in the Device Manager, or use a port of the computer itself</translation>
     </message>
     <message>
         <source>没有可用的驱动，请在设备管理器中为它选择 WinUSB 驱动</source>
-        <translation>it has no driver that Quillbox can use; choose the driver WinUSB for it in the Device Manager</translation>
+        <translation>no driver that Quillbox can use; choose the WinUSB driver in the Device Manager</translation>
     </message>
 </context>
 <context>

@@ -233,7 +233,7 @@ private slots:
     void printerInWords()
     {
 #ifdef Q_OS_WIN
-        const QStringList system{"another program uses it", "choose the driver WinUSB", "it has no driver that"};
+        const QStringList system{"another program uses it", "choose the WinUSB driver", "no driver that"};
 #else
         const QStringList system{"70-quillbox.rules", "the system cannot set it up", "error -50"};
 #endif
