@@ -13,7 +13,7 @@
 ///                12 and above: sharpenImage first, then the fixed threshold.
 ///                A threshold of 0 found by methods 1 to 4 is replaced by 127.
 /// @return 1, also for a picture that is binary already (nothing changes); 0 for a null record, null data, a picture
-///         that is too large (kMaxPixels), or a refusal by adaptiveBinarize
+///         that is too large (kMaxPixels, kMaxWidth), or a refusal by adaptiveBinarize
 /// Any thread. Methods 6 and above lose one working copy of the picture a call, see sharpenImage.
 std::int32_t binarizeImage(ImageBuffer* image, std::int32_t method);
 

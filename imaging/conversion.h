@@ -8,7 +8,7 @@
 /// the three colours. Of an Rgb565 picture only the first (width × height) >> 1 pixels are converted, and the bytes
 /// after them keep their old values (docs/architecture.md, "Kept behaviour"). Grey, binary and unknown formats get
 /// `channels` = 1 and nothing else.
-/// @return 1; 0 for a null record, null data or a picture that is too large (kMaxPixels)
+/// @return 1; 0 for a null record, null data or a picture that is too large (kMaxPixels, kMaxWidth)
 /// Any thread; allocates nothing.
 std::int32_t imageToGray(ImageBuffer* image);
 

@@ -46,19 +46,24 @@ void diffuseRow(std::uint8_t* row, std::ptrdiff_t width, bool leftward, ErrorRow
     }
 }
 
+bool diffuse(const ImageBuffer& image)
+{
+    ErrorRow errors(static_cast<std::size_t>(image.width));
+    if (!errors)
+        return false;
+    for (std::int32_t y = 0; y < image.height; ++y)
+        diffuseRow(rowOf(image, y), image.width, y % 2 != 0, errors);
+    return true;
+}
+
 } // namespace
 
 std::int32_t floydSteinbergDiffuse(ImageBuffer* image)
 {
     if (const auto answer = answerUnlessGray(image))
         return *answer;
-
-    const std::int32_t width = image->width > 0 ? image->width : 0;
-    ErrorRow errors(static_cast<std::size_t>(width));
-    if (!errors)
+    if (pixelCount(*image) > 0 && !diffuse(*image))
         return kRefused;
-    for (std::int32_t y = 0; width > 0 && y < image->height; ++y)
-        diffuseRow(rowOf(*image, y), width, y % 2 != 0, errors);
     image->format = FormatBinary;
     return kDone;
 }

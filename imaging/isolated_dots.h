@@ -7,5 +7,5 @@
 /// unravel from their upper end (docs/architecture.md, "Kept behaviour"). A dot that has been removed counts as
 /// white for the dots after it (row by row, left to right).
 /// @return 1, also when there are fewer than 3 rows or columns; 0 for a null record, null data, a picture that is not
-///         FormatBinary or is too large (kMaxPixels)
+///         FormatBinary or is too large (kMaxPixels, kMaxWidth)
 std::int32_t removeIsolatedDots(ImageBuffer* image);

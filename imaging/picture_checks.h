@@ -16,6 +16,11 @@ constexpr std::int32_t kRefused = 0; ///< the record stays as far as the operati
 /// `width` and `height` claim cannot be true of any picture of this client.
 constexpr std::int64_t kMaxPixels = std::numeric_limits<std::int32_t>::max() / 4;
 
+/// Wider pictures are refused too: the working rows of stuckiDiffuse take kWorkBytesPerColumn, and what they take has
+/// to be a size that a 32-bit program can have. The same on every build, so that all of them print the same.
+constexpr std::int32_t kWorkBytesPerColumn = 16;
+constexpr std::int32_t kMaxWidth = std::numeric_limits<std::int32_t>::max() / kWorkBytesPerColumn - 4;
+
 inline bool isNull(const ImageBuffer* image)
 {
     return !image || !image->data;
@@ -29,9 +34,11 @@ inline std::int64_t pixelCount(const ImageBuffer& image)
     return std::int64_t{image.width} * image.height;
 }
 
+/// Never of a picture without pixels, which no operation allocates anything for.
 inline bool isTooLarge(const ImageBuffer& image)
 {
-    return pixelCount(image) > kMaxPixels;
+    const std::int64_t count = pixelCount(image);
+    return count > kMaxPixels || (count > 0 && image.width > kMaxWidth);
 }
 
 /// The picture's grey or binary bytes as a length; only for pictures that are not too large.

@@ -7,5 +7,5 @@
 ///
 /// Each call leaks one working copy of the picture (width × height bytes; docs/architecture.md, "Kept behaviour").
 /// @return 1, also for a binary picture (nothing changes); 0 for a null record, null data, a picture narrower or
-///         lower than 3 pixels or too large (kMaxPixels), or when memory is short
+///         lower than 3 pixels or too large (kMaxPixels, kMaxWidth), or when memory is short
 std::int32_t sharpenImage(ImageBuffer* image);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <memory>
 #include <new>
 
@@ -89,6 +90,11 @@ constexpr std::size_t kStretch = 64;                ///< columns that are worked
 constexpr std::size_t kLag = kStretch + kPad;       ///< columns that the lower row stays behind
 constexpr std::size_t kShareRows = kRowsAtOnce + 2; ///< those in work and the two above them
 
+// Neither allocation of Rows wraps where std::size_t has 32 bits.
+static_assert(4 * kShareRows * sizeof(Share) == imaging::kWorkBytesPerColumn);
+static_assert(std::uint64_t{imaging::kWorkBytesPerColumn} * (imaging::kMaxWidth + 2 * kPad) <=
+              std::numeric_limits<std::int32_t>::max());
+
 /// The working rows of one call.
 class Rows
 {
@@ -134,10 +140,11 @@ void loadValues(const std::uint8_t* gray, const ShareRow& above, const ShareRow&
                 std::int16_t* __restrict values)
 {
     for (std::size_t x = stretch.begin; x < stretch.end; ++x) {
-        const int far =
+        const int fromTwoAbove =
             twoAbove.one[x] + twoAbove.two[x + 1] + twoAbove.four[x + 2] + twoAbove.two[x + 3] + twoAbove.one[x + 4];
-        const int near = above.two[x] + above.four[x + 1] + above.eight[x + 2] + above.four[x + 3] + above.two[x + 4];
-        values[x] = static_cast<std::int16_t>(gray[x] + static_cast<Share>(far + near));
+        const int fromAbove =
+            above.two[x] + above.four[x + 1] + above.eight[x + 2] + above.four[x + 3] + above.two[x + 4];
+        values[x] = static_cast<std::int16_t>(gray[x] + static_cast<Share>(fromTwoAbove + fromAbove));
     }
 }
 
@@ -261,19 +268,25 @@ private:
     std::array<Chain, kRowsAtOnce> m_chains;
 };
 
+bool diffuse(const ImageBuffer& image)
+{
+    Rows rows;
+    if (!rows.allocate(static_cast<std::size_t>(image.width)))
+        return false;
+    // The last group's end is compared in 64 bits: a picture may be as high as the numbers go.
+    for (std::int64_t y = 0; y < image.height; y += kRowsAtOnce)
+        RowGroup(image, static_cast<std::int32_t>(y), rows).diffuse();
+    return true;
+}
+
 } // namespace
 
 std::int32_t stuckiDiffuse(ImageBuffer* image)
 {
     if (const auto answer = imaging::answerUnlessGray(image))
         return *answer;
-
-    Rows rows;
-    if (!rows.allocate(static_cast<std::size_t>(std::max(image->width, 0))))
+    if (imaging::pixelCount(*image) > 0 && !diffuse(*image))
         return imaging::kRefused;
-    // The last group's end is compared in 64 bits: a picture may be as high as the numbers go.
-    for (std::int64_t y = 0; image->width > 0 && y < image->height; y += kRowsAtOnce)
-        RowGroup(*image, static_cast<std::int32_t>(y), rows).diffuse();
     image->format = FormatBinary;
     return imaging::kDone;
 }

@@ -8,6 +8,6 @@
 /// A pixel whose grey value and received errors add up to 128 or more is white. Each share of the error (8, 4, 2 and
 /// 1 forty-seconds) is truncated toward zero; what falls outside the picture is lost and never wraps to another row.
 /// @return 1, also for a picture that is binary already (nothing changes) or empty; 0 for a null record, null data, a
-///         picture that is too large (kMaxPixels), or when memory is short
+///         picture that is too large (kMaxPixels, kMaxWidth), or when memory is short
 /// Any thread. Needs eight bytes a column while it works, whatever the height.
 std::int32_t stuckiDiffuse(ImageBuffer* image);

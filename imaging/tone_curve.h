@@ -25,7 +25,8 @@ std::int32_t buildToneCurve(std::uint8_t* table, const ToneCurvePoint* points, s
 /// The format is not converted; whoever hands a grey record sets `channels` to 1.
 /// @param brightness  −100..100 is sensible, 0 leaves the tone alone, positive is lighter
 /// @param contrast    −100..100 is sensible, 0 leaves the tone alone, negative is flatter
-/// @return 1; 0 for a null record, null data or a size past 2^31 − 1 bytes
+/// @return 1; 0 for a null record, null data, a picture that is too large (kMaxPixels, kMaxWidth) or a size past
+///         2^31 − 1 bytes
 std::int32_t adjustBrightnessContrast(ImageBuffer* image, std::int32_t brightness, std::int32_t contrast);
 
 namespace imaging {
