@@ -63,7 +63,8 @@ class CaptureScreenTest : public QObject
 private slots:
     void init()
     {
-        QLabel window(nullptr, Qt::X11BypassWindowManagerHint);
+        QLabel window(nullptr, Qt::X11BypassWindowManagerHint | Qt::FramelessWindowHint);
+        window.move(0, 0);
         window.setPixmap(desktop());
         window.show();
         QTRY_VERIFY(everyDotIs({0, 0}, QColor(0, 0, 240)));

@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -37,7 +38,8 @@ private slots:
         for (const auto& [arguments, file, width] :
              {std::tuple(QStringList(), "quillbox-paper.png", 576), {k1, "k1.png", 384}}) {
             const QByteArray report = run(arguments);
-            QVERIFY2(report.startsWith("0 ") && report.contains(m_folder.filePath(file).toUtf8()),
+            QVERIFY2(report.startsWith("0 ") &&
+                         report.contains(QDir::toNativeSeparators(m_folder.filePath(file)).toUtf8()),
                      report.constData());
             const QImage paper(m_folder.filePath(file));
             const int page = paper.height() - 300;

@@ -1,5 +1,6 @@
 #include "simulator/cloud/raw_server.h"
 #include "simulator/cloud/simulated_service.h"
+#include "tests/system.h"
 #include "update/download_manager.h"
 
 #include <QDir>
@@ -7,9 +8,6 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using Length = InstallerFile::Length;
 Q_DECLARE_METATYPE(InstallerFile)
@@ -51,23 +49,6 @@ void write(const QString& name, const QByteArray& bytes)
 {
     QFile file(name);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
-
-/// The most memory that this process has had so far.
-qint64 peakMegabytes()
-{
-    const QString status = QString::fromLatin1(read("/proc/self/status"));
-    return QRegularExpression("VmHWM:\\s*(\\d+)").match(status).captured(1).toLongLong() / 1024;
-}
-
-/// Files of this process may not grow beyond so many bytes, as on a full disk.
-void limitFiles(rlim_t bytes)
-{
-    std::signal(SIGXFSZ, SIG_IGN); // so that write() fails
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = std::min(bytes, limit.rlim_max);
-    setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 } // namespace
@@ -113,11 +94,12 @@ private slots:
         write(file + "_tmp", "left over from an earlier run");
         m_service.setInstaller(installer);
         Download download;
-        limitFiles(static_cast<rlim_t>(room));
+        if (!limitFiles(room) && room < 1000000)
+            QSKIP("no limit of a file's size");
         if (installer.status == 404)
             QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^_{10} \"[^\"\\n]+\\?\\\\u2028 [^\"\\n]+\"$"));
         const QList<int> said = download.run(m_url + "?%E2%80%A8", file);
-        limitFiles(RLIM_INFINITY);
+        limitFiles(kNoLimit);
         QCOMPARE(said, QList<int>{outcome});
         QCOMPARE(read(file), size > 0 ? installerBytes(0, size) : kOld);
         QVERIFY(!QFile::exists(file + "_tmp"));
@@ -193,7 +175,9 @@ private slots:
         Download first;
         first.downloadFile(m_url, file);
         QTRY_COMPARE(QFileInfo(file + "_tmp").size(), 100000);
-        QVERIFY(lock.open(QIODevice::ReadWrite) &&
+        // On Windows nobody opens the lock of somebody who runs.
+        QVERIFY(kOnWindows != lock.open(QIODevice::ReadWrite));
+        QVERIFY(kOnWindows !=
                 lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
         QCOMPARE(second.run(m_url, file), QList<int>{kError});
         second.reset();

@@ -14,6 +14,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -43,7 +44,7 @@ class UpgradeWindowsTest : public QObject
 
     SimulatedService m_service;
     QTemporaryDir m_home;
-    const QString m_file = m_home.filePath("Downloads/QuillboxSetup107.exe");
+    QString m_file; ///< what is proposed
     GetSWVersionModel m_model;
     QStringList m_opened;
 
@@ -66,8 +67,9 @@ public slots:
 private slots:
     void initTestCase()
     {
-        qputenv("HOME", m_home.path().toLocal8Bit());
+        qputenv("HOME", m_home.path().toLocal8Bit()); // which moves the folder, but on Windows
         QVERIFY(QDir(m_home.path()).mkdir("Downloads"));
+        m_file = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + "/QuillboxSetup107.exe";
         QDesktopServices::setUrlHandler("file", this, "open");
         m_model.swCategory = "/Quillbox\u202eSetup"; // of which a name takes no more than the letters
         m_model.versionCode = "107";
@@ -112,7 +114,7 @@ private slots:
         QTimer::singleShot(10000, &window, [] { QCoreApplication::exit(1); });
         QCOMPARE(QCoreApplication::exec(), 0);
         QCOMPARE(lastClosed.size(), 1);
-        QCOMPARE(m_opened, QStringList("file://" + m_file));
+        QCOMPARE(m_opened, QStringList(QUrl::fromLocalFile(m_file).toString()));
         QFile file(m_file);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), installerBytes(0, 300000));

@@ -5,9 +5,8 @@
 #include "device/port.h"
 #include "device/printer_read_thread.h"
 #include "tests/device/printer_fixture.h"
+#include "tests/system.h"
 #include "tests/usb/job_pattern.h"
-
-#include <QDir>
 
 #include <functional>
 #include <thread>
@@ -24,21 +23,6 @@ constexpr int kWarmUp = 20;
 constexpr int kKeyChanges = kOverUsb ? 20 : 40;
 constexpr int kFramesOfPage = 40;
 constexpr int kShortJob = 4 * (1008 + 10) + 5 * 48 + 10; // bytes on the wire of 89 lines of the narrow head
-
-/// All but sockets: umockdev 0.17 forgets one when a device vanishes just before it is opened. What libusb opens for
-/// a device or a context is among the others as well.
-int openHandles()
-{
-    int count = 0;
-    for (const QFileInfo& handle : QDir("/proc/self/fd").entryInfoList(QDir::AllEntries | QDir::System))
-        count += handle.symLinkTarget().contains("socket:") ? 0 : 1;
-    return count;
-}
-
-int runningThreads()
-{
-    return QDir("/proc/self/task").entryList(QDir::NoDotAndDotDot | QDir::Dirs).size();
-}
 
 QByteArray script(const char* format, int number)
 {
