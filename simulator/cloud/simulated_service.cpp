@@ -1,6 +1,7 @@
 #include "simulator/cloud/simulated_service.h"
 
 #include "simulator/cloud/service_crypto.h"
+#include "simulator/cloud/tls_identity.h"
 
 #include <QJsonDocument>
 
@@ -16,6 +17,13 @@ constexpr char kInstaller[] = "/installer.exe";
 constexpr char kBinary[] = "application/octet-stream";
 constexpr qint64 kPieceBytes = qint64{64} * 1024;
 constexpr int kPiecesPerSecond = 20; ///< of a slow installer
+
+std::unique_ptr<httplib::Server> serverWith(const TlsIdentity* tls)
+{
+    if (!tls)
+        return std::make_unique<httplib::Server>();
+    return std::make_unique<httplib::SSLServer>(tls->certificate(), tls->key());
+}
 
 QByteArray bytes(const std::string& text)
 {
@@ -77,8 +85,9 @@ QJsonObject ServiceReply::success(const QJsonObject& content)
     };
 }
 
-SimulatedService::SimulatedService()
-    : m_server(std::make_unique<httplib::Server>())
+SimulatedService::SimulatedService(const TlsIdentity* tls)
+    : m_scheme(tls ? QStringLiteral("https") : QStringLiteral("http"))
+    , m_server(serverWith(tls))
 {
     const auto call = [this](const httplib::Request& request, httplib::Response& response) {
         takeCall(request, response);
@@ -108,12 +117,15 @@ SimulatedService::~SimulatedService()
 
 QString SimulatedService::address() const
 {
-    return QStringLiteral("http://%1:%2/api/v3_1/").arg(QLatin1String(kHost)).arg(m_port);
+    return QStringLiteral("%1://%2:%3/api/v3_1/").arg(m_scheme, QLatin1String(kHost)).arg(m_port);
 }
 
 QString SimulatedService::installerPath() const
 {
-    return QStringLiteral("http://%1:%2%3").arg(QLatin1String(kHost)).arg(m_port).arg(QLatin1String(kInstaller));
+    return QStringLiteral("%1://%2:%3%4")
+        .arg(m_scheme, QLatin1String(kHost))
+        .arg(m_port)
+        .arg(QLatin1String(kInstaller));
 }
 
 void SimulatedService::setReply(const QString& call, const ServiceReply& reply)

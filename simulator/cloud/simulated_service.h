@@ -15,6 +15,7 @@ class Server;
 struct Request;
 struct Response;
 } // namespace httplib
+class TlsIdentity;
 
 /// What the service answers to a call.
 struct ServiceReply
@@ -39,13 +40,14 @@ struct ServiceReply
 class SimulatedService
 {
 public:
-    SimulatedService();
+    /// @param tls  with it the service is reached over TLS alone; needed until the constructor returns
+    explicit SimulatedService(const TlsIdentity* tls = nullptr);
     ~SimulatedService(); ///< ends what is still being sent
 
     SimulatedService(const SimulatedService&) = delete;
     SimulatedService& operator=(const SimulatedService&) = delete;
 
-    QString address() const;       ///< what calls are appended to, "http://127.0.0.1:<port>/api/v3_1/"
+    QString address() const; ///< what calls are appended to, "http://127.0.0.1:<port>/api/v3_1/", or "https:…"
     QString installerPath() const; ///< address of the installer
 
     /// A call without an answer of its own gets code 0.
@@ -67,6 +69,7 @@ private:
     void sendInstaller(const httplib::Request& request, httplib::Response& response);
     bool pause(int ms); ///< false: the service ends
 
+    const QString m_scheme;
     std::unique_ptr<httplib::Server> m_server;
     int m_port = 0;
     std::thread m_thread;
