@@ -70,6 +70,8 @@ class MainWindowTest : public QObject
     static bool isChecking() { return isBusy(QStringLiteral("加载中，请稍后...")); }
 
 private slots:
+    void initTestCase() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); } // nobody reaches into those
+
     void init()
     {
         g_uuid = "{01234567-89ab-cdef-0123-456789abcdef}";

