@@ -1,7 +1,7 @@
 #pragma once
 
 // The version of this client. The one place for it is the project's version in the uppermost CMakeLists.txt, which is
-// also that of the desktop's metainfo.
+// also that of the desktop's metainfo. A build with QUILLBOX_VERSION is another one, for a test of the update to it.
 
 /// As people read it: "1.0.0".
 extern const char kClientVersion[];
