@@ -1,3 +1,4 @@
+#include "app/close_request.h"
 #include "app/globals/settings.h"
 #include "app/main_window.h"
 #include "app/start_up.h"
@@ -19,6 +20,7 @@ int run(int argc, char** argv, bool* threadsEnded)
 
     MainWindow window;
     window.keepDrafts(draftsFolder());
+    heedCloseRequests(window);
     window.show();
     const int result = QApplication::exec();
     *threadsEnded = window.stopThreads();

@@ -330,7 +330,6 @@ void MainWindow::onMenuUpdateClicked()
     });
 }
 
-/// Nobody asked for this close, so it must not cost the page.
 void MainWindow::closeForUpdate()
 {
     if (editWindow->writeDraft())

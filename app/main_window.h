@@ -55,6 +55,10 @@ public:
     /// The printer as it stands now, in one line for the user.
     QString printerState() const;
 
+    /// Closes the window as the person would, but only with the draft written, where drafts are kept: nobody has asked
+    /// for this close. Call at an idle moment.
+    void closeForUpdate();
+
 signals:
     /// A picture was chosen from a file.
     void signalsPickImage(QImage image);
@@ -110,7 +114,6 @@ private:
     void createPages();
     void connectButtons();
     void showPrintState();
-    void closeForUpdate();
     QString printerState(int portFailure) const;
     void closeAfterJob();
 
