@@ -19,6 +19,7 @@ struct InstallerFile
     qint64 bytesPerSecond = 0; ///< 0: as fast as the connection takes it
     qint64 cutAfter = -1;      ///< the connection ends after so many bytes; -1: it does not
     qint64 holdAfter = -1;     ///< nothing more comes after so many bytes, and the connection stays; -1: never
+    QByteArray content{};      ///< a real one, of `size` bytes; empty: installerBytes()
 };
 
 /// Bytes of an installer of any size: readable lines that each name their own position, so that a piece that is

@@ -85,7 +85,7 @@ QJsonObject ServiceReply::success(const QJsonObject& content)
     };
 }
 
-SimulatedService::SimulatedService(const TlsIdentity* tls)
+SimulatedService::SimulatedService(int port, const TlsIdentity* tls)
     : m_scheme(tls ? QStringLiteral("https") : QStringLiteral("http"))
     , m_server(serverWith(tls))
 {
@@ -98,9 +98,9 @@ SimulatedService::SimulatedService(const TlsIdentity* tls)
         sendInstaller(request, response);
     });
     m_server->set_keep_alive_max_count(1); // or its end waits for the client to hang up
-    m_port = m_server->bind_to_any_port(kHost);
+    m_port = port == 0 ? m_server->bind_to_any_port(kHost) : m_server->bind_to_port(kHost, port) ? port : -1;
     m_thread = std::thread([this] { m_server->listen_after_bind(); });
-    while (!m_server->is_running()) // it does not heed stop() before that
+    while (m_port > 0 && !m_server->is_running()) // it does not heed stop() before that
         std::this_thread::yield();
 }
 
@@ -234,7 +234,9 @@ void SimulatedService::sendInstaller(const httplib::Request& request, httplib::R
         const qint64 piece = pieceAt(file, from);
         if (file.bytesPerSecond > 0 && !pause(1000 / kPiecesPerSecond))
             return false;
-        const QByteArray content = installerBytes(from, piece);
+        const QByteArray content = file.content.isEmpty()
+                                       ? installerBytes(from, piece)
+                                       : file.content.mid(static_cast<int>(from), static_cast<int>(piece));
         const bool written = sink.write(content.constData(), static_cast<size_t>(content.size()));
         if (from + piece == file.size && sink.done)
             sink.done();

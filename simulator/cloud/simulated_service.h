@@ -40,8 +40,9 @@ struct ServiceReply
 class SimulatedService
 {
 public:
-    /// @param tls  with it the service is reached over TLS alone; needed until the constructor returns
-    explicit SimulatedService(const TlsIdentity* tls = nullptr);
+    /// @param port  of 127.0.0.1, which has to be free; 0: any
+    /// @param tls   with it the service is reached over TLS alone; needed until the constructor returns
+    explicit SimulatedService(int port = 0, const TlsIdentity* tls = nullptr);
     ~SimulatedService(); ///< ends what is still being sent
 
     SimulatedService(const SimulatedService&) = delete;
