@@ -36,19 +36,26 @@ set_up() {
 # has_windows COUNT TITLE
 has_windows() { [ "$(xdotool search --onlyvisible --name "^$2\$" 2>/dev/null | wc -l)" -eq "$1" ]; }
 
+has_window() { xdotool search --onlyvisible --name "^$1\$" >/dev/null 2>&1; }
+
 # The client's processes, as this system counts. wine gives them the names that Windows knows.
 clients() { grep -lsz 'quillbox\.exe$' /proc/[0-9]*/cmdline | cut -d / -f 3; }
 client_runs() { [ -n "$(clients)" ]; }
 client_is_gone() { ! client_runs; }
+signal_clients() { clients | while read -r pid; do kill "-$1" "$pid"; done; }
 
 start_client() {
     WINEQT_FORCE_STDERR_LOGGING=1 wine "$installed/quillbox.exe" >"$HOME/client.log" 2>&1 &
-    expect "the client shows its window" until_true 60 has_windows 1 羽毛盒
+    expect "the client shows its window" until_true 60 has_window 羽毛盒
 }
 
-# write TEXT: types it into the page, once that has the keyboard
+has_keyboard() { [ "$(xdotool getwindowfocus getwindowname 2>/dev/null)" = "$1" ]; }
+
+# write TEXT: types it into the page. The busy window, which takes no keyboard, has the client's title too.
 write() {
-    xdotool search --onlyvisible --name '^羽毛盒$' windowactivate --sync windowfocus --sync
+    expect "the client is not busy" until_true 30 has_windows 1 羽毛盒
+    xdotool search --onlyvisible --name '^羽毛盒$' windowactivate --sync
+    expect "the page has the keyboard" until_true 10 has_keyboard 羽毛盒
     xdotool type --delay 40 "$1"
 }
 
