@@ -36,7 +36,7 @@ private slots:
         const QTemporaryDir folder;
         for (const TlsIdentity* identity : {&m_trusted, &m_unknown, &m_ofAnother, &m_ended}) {
             const bool trusted = identity == &m_trusted;
-            SimulatedService service(identity);
+            SimulatedService service(0, identity);
             service.setReply("some/Call", ServiceReply::plain(ServiceReply::success({})));
             service.setInstaller({1000});
             serviceAddress() = service.address();
