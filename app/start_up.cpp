@@ -4,6 +4,7 @@
 #include "app/globals/sheet_model.h"
 #include "app/globals/trace.h"
 #include "app/process_end.h"
+#include "app/system_font.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -34,6 +35,7 @@ void setUpHighDpi()
 
 void startUp(QSettings& settings)
 {
+    useSystemFont();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/new/src/images/logo.png")));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.quillbox.Quillbox"));
     loadInstallationId(settings);

@@ -129,6 +129,11 @@ void ProgressCatRunningDialog::setText(QString text)
     m_text = text;
     m_ui->labelText->setText(text);
     m_ui->labelText->adjustSize();
+    // With the larger letters of a screen at 125 % the usual text needs more room than its usual place has.
+    const int usualLeft = 20;
+    const int beside = qMax(0, m_ui->label_2->width() - m_ui->labelText->width());
+    const bool fits = usualLeft + m_ui->labelText->width() <= width();
+    m_ui->labelText->move(fits ? usualLeft : beside / 2, m_ui->labelText->y());
 }
 
 void ProgressCatRunningDialog::changeEvent(QEvent* event)

@@ -27,7 +27,7 @@ public:
     static void standOver(QWidget* window);
 
     /// Says what is being waited for, in one line below the cat. The text stays when the language changes. The dialog
-    /// keeps its size, and what is wider than 135 pixels is cut at its edge.
+    /// keeps its size: what is wider than 135 pixels begins further left, what is wider than 155 is cut at its edge.
     void setText(QString text);
 
 protected:

@@ -3,6 +3,8 @@
 #include "app/dialogs/about_quillbox_dialog.h"
 #include "app/dialogs/qx_message_dialog.h"
 #include "app/language/language_window.h"
+#include "app/start_up.h"
+#include "app/system_font.h"
 #include "app/welcome_window.h"
 #include "content/capture/capture_screen_window.h"
 #include "content/page/edit_main_window.h"
@@ -295,8 +297,9 @@ private slots:
 
 int main(int argc, char** argv)
 {
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    setUpHighDpi();
     QApplication app(argc, argv);
+    useSystemFont();
     serviceAddress() = kNoService;
     WindowsTest test;
     return QTest::qExec(&test, argc, argv);
