@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <random>
 #include <vector>
 
 using Bytes = std::vector<std::uint8_t>;
@@ -55,15 +54,3 @@ inline Bytes picture(QByteArray text)
     const QByteArray bytes = QByteArray::fromHex(text.replace('#', "00").replace('.', "ff"));
     return Bytes(bytes.begin(), bytes.end());
 }
-
-inline Bytes randomBytes(int count, int seed)
-{
-    std::mt19937 random{static_cast<std::uint32_t>(seed)};
-    Bytes bytes(static_cast<std::size_t>(count), 0);
-    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(random() >> 24); });
-    return bytes;
-}
-
-/// Around the blocks of 16, the stretches of 64 and the lag of 66; and both print heads.
-constexpr int kSampleWidths[] = {1,  2,  3,  4,  5,  6,  7,  8,   9,   15,  16,  17,  18,  19,  20,  31, 32,
-                                 33, 34, 63, 64, 65, 66, 67, 127, 128, 129, 130, 131, 132, 133, 384, 576};
