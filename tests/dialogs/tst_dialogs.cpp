@@ -73,8 +73,6 @@ private slots:
         ProgressCatRunningDialog dialog;
         const QLabel* label = labelOf(dialog, "labelText");
         QCOMPARE(dialog.windowFlags(), Qt::WindowFlags(0x44800) | Qt::Window);
-        QCOMPARE(dialog.childAt(100, 60), labelOf(dialog, "label"));
-        QCOMPARE(dialog.childAt(100, 110), label);
         // Beside the card the desktop shows, whatever the style sheet says about a background.
         QCOMPARE(qAlpha(dialog.grab().toImage().pixel(152, 75)), 0);
         dialog.setText(QString(60, 'w'));
@@ -111,9 +109,7 @@ private slots:
     void aboutByMouseAndByKeyboard()
     {
         AboutQuillboxDialog dialog;
-        // Qt adds the parts of a title bar to the one flag.
         QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint && !(dialog.windowFlags() & Qt::FramelessWindowHint));
-        QCOMPARE(dialog.windowType(), Qt::Window);
         QCOMPARE(labelOf(dialog, "labelVersion")->text(), QString("版本:V1.0.0"));
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
