@@ -1,29 +1,12 @@
-#include "device/crc32.h"
 #include "device/raster.h"
 #include "tests/device/printer_fixture.h"
 
-#include <zlib.h>
-
-/// What the client makes of bytes, against bytes typed by hand and zlib. The simulated printer checks frames too.
+/// What the client makes of bytes, against bytes typed by hand. The simulated printer checks the seals, by zlib.
 class PacketTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void crcEqualsZlib()
-    {
-        QByteArray noise = QByteArray::fromHex("2b00ff7e81a9c4135d606f").repeated(60);
-        for (unsigned length = 0; length < 300; ++length) {
-            const unsigned char* start = bytesOf(noise) + length; // also unaligned
-            const std::uint32_t key = 0x12345678U + length;
-            QCOMPARE(crc32(key, start, std::size_t{length}),
-                     static_cast<std::uint32_t>(::crc32(uLong{key}, start, uInt{length})));
-        }
-        QCOMPARE(crc32(0x12345678U, nullptr, 0), 0x12345678U);
-        for (unsigned i = 0; i < 256; ++i)
-            QCOMPARE(crc32TableWord(static_cast<unsigned char>(i)), static_cast<std::uint32_t>(get_crc_table()[i]));
-    }
-
     void frames()
     {
         QByteArray built(kCommandFrameSize, '\xAA');
@@ -61,7 +44,6 @@ private slots:
         };
         QVERIFY(!packs(0, 576, 1) && !packs(1, 384, 1) && !packs(0, 383, 1)); // not the head's width
         QVERIFY(!packs(0, 384, -1) && !packs(0, 384, 0x7FFFFFFF) && !packRaster(nullptr, 384, 1).bytes);
-        QCOMPARE(pixels, QByteArray(576, '\x05'));     // as they were
         QVERIFY(packs(0, 384, 0) && packs(5, 384, 1)); // no rows; every other model has 384 dots
     }
 };

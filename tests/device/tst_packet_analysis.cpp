@@ -45,10 +45,7 @@ private slots:
         row("whole, not scanned again", "02 fe 07 0500 0207000000 c2a1b0d4 03", {"fe 0207000000"});
         row("no payload", "02 07 00 0000", {"7 "});
         row("feed answer of any length", "02 1a 00 ffff 0207000000 0000" + k1, {"7 K1"});
-        row("feed answer to its last byte",
-            "02 1a 00 0000 000000000000 02"
-            "07 00 0000",
-            {});
+        row("feed answer to its last byte", "02 1a 00 0000 000000000000 02070000 00", {});
         row("feed answer at the end", k1 + "02 1a", {"7 K1"});
 
         row("version", "02 05 00 0300 0a0010 00000000 03", {"5 100a"});

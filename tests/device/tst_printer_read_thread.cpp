@@ -60,18 +60,6 @@ private slots:
         m_seen = s_log = QStringList();
     }
 
-    void reportsThePrinterAfterEveryPlugIn()
-    {
-        m_printer.unplug();
-        start(kQuickMs);
-        QTRY_VERIFY(takenLog().count("read_thread_unconnected") > 1);
-        m_printer.plugIn();
-        QTRY_VERIFY(m_seen.contains("Quillbox_K1"));
-        m_printer.plugIn(SimulatedPrinter::Model::K2);
-        QTRY_VERIFY(m_seen.contains("Quillbox_K2"));
-        QVERIFY(m_seen.count("key") == 2 && m_seen.startsWith("key") && !m_seen.contains("no key"));
-    }
-
     /// Reads of nothing, nothing in time, an error, and a batch.
     void logsABatchAndGoesOnAfterErrors()
     {

@@ -105,18 +105,6 @@ private slots:
         QCOMPARE(simulatedPrinter().report().fedLines, 2 * 300);
     }
 
-    void letsGoOfItsPicture()
-    {
-        QByteArray pixels(384 * 8 * 4, '\0');
-        std::atomic<bool> held{true};
-        const auto release = [](void* flag) { *static_cast<std::atomic<bool>*>(flag) = false; };
-        PrinterThread thread;
-        thread.setImage(QImage(bytesOf(pixels), 384, 8, QImage::Format_RGB32, release, &held), 1);
-        QVERIFY(held);
-        QCOMPARE(runStoredJob(thread), QStringList{kSent});
-        QVERIFY(!held);
-    }
-
     /// What has left is whole frames, and nothing of a cancel reaches the next job.
     void isCanceled()
     {
