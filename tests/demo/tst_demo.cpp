@@ -51,12 +51,6 @@ private slots:
             QVERIFY2(photograph > 50 && photograph < 200, QByteArray::number(photograph));
         }
     }
-
-    void refuses()
-    {
-        QVERIFY(run({"--model", "K3"}).startsWith("2 "));
-        QVERIFY(run({"--paper", "missing/paper.png"}).startsWith("1 "));
-    }
 };
 
 QTEST_GUILESS_MAIN(DemoTest)

@@ -300,21 +300,6 @@ private slots:
         QCOMPARE(write(frameOf('a')), 0);
         QCOMPARE(m_printer.report().crcErrors, 0);
     }
-
-    /// The commands that the tests above have no use for, and those that are refused.
-    void commandsAreAnswered()
-    {
-        const std::pair<const char*, const char*> answers[] = {
-            {"MODEL  k2", "ok"},
-            {"status", "plugged in, K2, frames 0, damaged frames 0, lines 0, key exchanges 0"},
-            {"model K2", "nothing done: a K2 is plugged in"},
-            {"plug 5", "not understood: \"plug 5\"; there are: plug"},
-            {"unplug", "ok"},
-            {"stall in", "nothing done: the printer is unplugged"},
-        };
-        for (const auto& [command, answer] : answers)
-            QCOMPARE(m_commands->obey(command), QString(answer));
-    }
 };
 
 QTEST_GUILESS_MAIN(UsbPortTest)
