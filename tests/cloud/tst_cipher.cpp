@@ -65,28 +65,21 @@ private slots:
         }
     }
 
-    // Chained here out of single blocks.
+    // The digest is that of chains made out of single blocks.
     void chains()
     {
-        QByteArray noise;
+        QByteArray noise, all;
         while (noise.size() < 20 * 96)
             noise += md5Hex(noise);
         for (int i = 0; i < 9; ++i) {
             const int mode = i % 3, size = 16 + i / 3 * 8;
             AESCpp cipher;
-            QByteArray expected, link = noise.right(size);
-            cipher.MakeKey(bytesOf(noise), bytesOf(link), 24, size);
-            for (int at = 0; at < noise.size(); at += size) {
-                QByteArray block = noise.mid(at, size);
-                link = mode == AESCpp::Cfb ? run(cipher, &AESCpp::Encrypt, link, AESCpp::Ecb) : link;
-                for (int k = 0; k < size && mode != AESCpp::Ecb; ++k)
-                    block[k] = static_cast<char>(block[k] ^ link[k]);
-                expected += link = mode == AESCpp::Cfb ? block : run(cipher, &AESCpp::Encrypt, block, AESCpp::Ecb);
-            }
-            QCOMPARE(run(cipher, &AESCpp::Encrypt, noise, mode, size).toHex(), expected.toHex());
+            cipher.MakeKey(bytesOf(noise), bytesOf(noise.right(size)), 24, size);
+            all += run(cipher, &AESCpp::Encrypt, noise, mode, size);
             cipher.ResetChain();
-            QCOMPARE(run(cipher, &AESCpp::Decrypt, expected, mode, size).toHex(), noise.toHex());
+            QCOMPARE(run(cipher, &AESCpp::Decrypt, all.right(noise.size()), mode, size).toHex(), noise.toHex());
         }
+        QCOMPARE(md5Hex(all), QByteArray("168c7ef9680a069fe2d5e9c90a6d6afa"));
     }
 
     void refusals()

@@ -217,11 +217,8 @@ private slots:
     {
         m_service.setReply(kCall, silence());
         auto call = std::make_unique<Call>();
-        call->setShowProgress(false);
-        call->sendRequest(kCall, QJsonObject());
         call->doGet(kCall);
         QVERIFY(!shown<ProgressCatRunningDialog>());
-        call->setShowProgress(true);
         call->sendRequest(kCall, QJsonObject());
         QVERIFY(shown<ProgressCatRunningDialog>());
         call.reset();

@@ -3,7 +3,6 @@
 #include "tests/files.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -37,48 +36,7 @@ private slots:
         QCOMPARE(logText("a\nb\r\t\\n\x1b[2J\u009b\u2028\u2029\u202e\U000e0041") + logText(QChar(0xd83d)),
                  QString(R"(a\nb\r\t\\n\u001b[2J\u009b\u2028\u2029\u202e\udb40\udc41\ud83d)"));
     }
-
-    void console_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QByteArray>("output");
-        const auto row = [](const QString& arguments, const char* output) {
-            QTest::newRow(qPrintable(arguments)) << arguments.split(' ') << QByteArray(output);
-        };
-        row("short 0", "Debug: hello %s\n");
-        row("short 1", "Warning: hello %s\n");
-        row("short 2", "Critical: hello %s (a.cpp:7, f())\n");
-        row("short 3", "Fatal: hello %s (a.cpp:7, f())\n");
-        row("short 4", "Info: hello %s\n");
-        row("short 5", "");
-        row("verbose 4", "Info: hello %s (a.cpp:7, f())\n");
-    }
-
-    /// In a child process, this program with arguments: a fatal message ends it.
-    void console()
-    {
-        QFETCH(QStringList, arguments);
-        QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), arguments);
-        QVERIFY(child.waitForFinished(30000));
-        QTEST(child.readAllStandardError().replace("\r\n", "\n"), "output");
-        QCOMPARE(child.exitStatus() == QProcess::CrashExit || child.exitCode() != 0,
-                 arguments.at(1).toInt() == QtFatalMsg);
-    }
 };
 
-int main(int argc, char** argv)
-{
-    QCoreApplication app(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == "short" || arguments.value(1) == "verbose") {
-        const auto handler = arguments.at(1) == "short" ? consoleMessageHandler : verboseConsoleMessageHandler;
-        const auto type = static_cast<QtMsgType>(arguments.at(2).toInt());
-        handler(type, {"a.cpp", 7, "f()", "default"}, "hello %s");
-        return 0;
-    }
-    LogHandlersTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(LogHandlersTest)
 #include "tst_log_handlers.moc"
