@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr int kYearDays = 365;
-constexpr long kDaySeconds = 24 * 60 * 60;
+constexpr long kYearDays = 365;
+constexpr long kDaySeconds = 86400;
 
 struct Key : std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>
 {
@@ -26,7 +26,7 @@ struct Certificate : std::unique_ptr<X509, decltype(&X509_free)>
     }
 };
 
-void fill(X509* certificate, const QByteArray& name, EVP_PKEY* key, int days)
+void fill(X509* certificate, const QByteArray& name, EVP_PKEY* key, long days)
 {
     X509_set_version(certificate, X509_VERSION_3);
     ASN1_INTEGER_set(X509_get_serialNumber(certificate), 1);
