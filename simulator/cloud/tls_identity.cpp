@@ -10,22 +10,6 @@ namespace {
 constexpr long kYearDays = 365;
 constexpr long kDaySeconds = 86400;
 
-struct Key : std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>
-{
-    Key()
-        : unique_ptr(EVP_EC_gen("P-256"), EVP_PKEY_free)
-    {
-    }
-};
-
-struct Certificate : std::unique_ptr<X509, decltype(&X509_free)>
-{
-    Certificate()
-        : unique_ptr(X509_new(), X509_free)
-    {
-    }
-};
-
 void fill(X509* certificate, const QByteArray& name, EVP_PKEY* key, long days)
 {
     X509_set_version(certificate, X509_VERSION_3);
@@ -54,6 +38,21 @@ void sign(X509* certificate, const X509* issuer, EVP_PKEY* issuerKey)
 
 struct TlsIdentity::Parts
 {
+    struct Key : std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>
+    {
+        Key()
+            : unique_ptr(EVP_EC_gen("P-256"), EVP_PKEY_free)
+        {
+        }
+    };
+    struct Certificate : std::unique_ptr<X509, decltype(&X509_free)>
+    {
+        Certificate()
+            : unique_ptr(X509_new(), X509_free)
+        {
+        }
+    };
+
     Key rootKey;
     Certificate root;
     Key key;
