@@ -1,3 +1,4 @@
 #include "app/close_request.h"
 
+// A program that runs can be replaced here.
 void heedCloseRequests(MainWindow&) {}
