@@ -55,6 +55,17 @@ std::size_t thresholdBlocks(std::uint8_t* bytes, std::size_t count, std::uint8_t
     return i;
 }
 
+// Row by row, so that a row is cleaned while it and its neighbours are still in the nearest cache.
+void binarizeRows(const ImageBuffer& image, std::int32_t threshold)
+{
+    const auto width = static_cast<std::size_t>(image.width);
+    for (std::int32_t y = 0; y < image.height; ++y) {
+        imaging::thresholdBytes(imaging::rowOf(image, y), width, threshold);
+        if (y >= 2)
+            imaging::removeIsolatedDotsOfRow(imaging::rowOf(image, y - 1), width);
+    }
+}
+
 } // namespace
 
 void imaging::thresholdBytes(std::uint8_t* bytes, std::size_t count, std::int32_t threshold)
@@ -80,8 +91,8 @@ std::int32_t binarizeImage(ImageBuffer* image, std::int32_t method)
     if (method == kAdaptive)
         return adaptiveBinarize(image);
 
-    imaging::thresholdBytes(image->data, imaging::byteCount(*image), thresholdFor(*image, method));
+    if (imaging::pixelCount(*image) > 0)
+        binarizeRows(*image, thresholdFor(*image, method));
     image->format = FormatBinary;
-    removeIsolatedDots(image);
     return imaging::kDone;
 }

@@ -33,44 +33,47 @@ std::uint8_t grayOfBgrx32(const std::uint8_t* p)
 
 // In place is safe: pixel i is read at or after byte i, and nothing later is overwritten before it has been read.
 template <std::size_t BytesPerPixel, typename Gray>
-void convertPixels(std::uint8_t* data, std::size_t from, std::size_t to, Gray gray)
+void convertPixels(const std::uint8_t* pixels, std::size_t from, std::size_t to, std::uint8_t* out, Gray gray)
 {
     for (std::size_t i = from; i < to; ++i)
-        data[i] = gray(data + i * BytesPerPixel);
+        out[i] = gray(pixels + i * BytesPerPixel);
 }
 
 #ifdef QUILLBOX_SSE2
 
-// The three colour sums of four pixels, one a 32-bit lane. Dropping the first byte of Xrgb makes it look like Bgrx.
+// Dropping the first byte of Xrgb makes it look like Bgrx.
 template <bool DropFirst>
-__m128i colourSums(const std::uint8_t* pixels)
+__m128i loadBgrx(const std::uint8_t* pixels)
 {
-    __m128i px = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
-    if (DropFirst)
-        px = _mm_srli_epi32(px, 8);
-    const __m128i outer = _mm_madd_epi16(_mm_and_si128(px, _mm_set1_epi32(0x00FF00FF)), _mm_set1_epi16(1));
-    const __m128i middle = _mm_and_si128(_mm_srli_epi32(px, 8), _mm_set1_epi32(0xFF));
-    return _mm_add_epi32(outer, middle);
+    const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+    return DropFirst ? _mm_srli_epi32(four, 8) : four;
 }
 
-// (sum · 21846) >> 16 is sum / 3 truncated for every sum up to 765: the factor is 2/3 too large, which adds less than
-// 0.008 where 1/3 would be needed to reach the next whole number.
+// Grey values of eight pixels, one a 16-bit lane: (sum · 21846) >> 16 is sum / 3 truncated for every sum up to 765,
+// since the factor is 2/3 too large, which adds less than 0.008 where 1/3 would be needed to reach the next whole
+// number.
 template <bool DropFirst>
-__m128i thirdsOfEight(const std::uint8_t* pixels)
+__m128i grayOfEight(const std::uint8_t* pixels)
 {
-    const __m128i sums = _mm_packs_epi32(colourSums<DropFirst>(pixels), colourSums<DropFirst>(pixels + 16));
-    return _mm_mulhi_epu16(sums, _mm_set1_epi16(21846));
+    const __m128i lowBytes = _mm_set1_epi16(0xFF);
+    const __m128i ones = _mm_set1_epi16(1);
+    const __m128i a = loadBgrx<DropFirst>(pixels);
+    const __m128i b = loadBgrx<DropFirst>(pixels + 16);
+    const __m128i middle = _mm_and_si128(_mm_packus_epi16(_mm_srli_epi16(a, 8), _mm_srli_epi16(b, 8)), lowBytes);
+    const __m128i outer = _mm_packs_epi32(_mm_madd_epi16(_mm_and_si128(a, lowBytes), ones),
+                                          _mm_madd_epi16(_mm_and_si128(b, lowBytes), ones));
+    return _mm_mulhi_epu16(_mm_add_epi16(outer, middle), _mm_set1_epi16(21846));
 }
 
 // Sixteen pixels are read before their sixteen bytes are written, so in place stays safe.
 template <bool DropFirst>
-std::size_t convertBlocks32(std::uint8_t* data, std::size_t count)
+std::size_t convertBlocks32(const std::uint8_t* pixels, std::size_t count, std::uint8_t* gray)
 {
     std::size_t i = 0;
     for (; i + 16 <= count; i += 16) {
-        const __m128i low = thirdsOfEight<DropFirst>(data + 4 * i);
-        const __m128i high = thirdsOfEight<DropFirst>(data + 4 * i + 32);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(data + i), _mm_packus_epi16(low, high));
+        const __m128i low = grayOfEight<DropFirst>(pixels + 4 * i);
+        const __m128i high = grayOfEight<DropFirst>(pixels + 4 * i + 32);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(gray + i), _mm_packus_epi16(low, high));
     }
     return i;
 }
@@ -78,7 +81,7 @@ std::size_t convertBlocks32(std::uint8_t* data, std::size_t count)
 #else
 
 template <bool DropFirst>
-std::size_t convertBlocks32(std::uint8_t*, std::size_t)
+std::size_t convertBlocks32(const std::uint8_t*, std::size_t, std::uint8_t*)
 {
     return 0;
 }
@@ -102,16 +105,16 @@ std::int32_t imageToGray(ImageBuffer* image)
     const std::size_t count = imaging::byteCount(*image);
     switch (image->format) {
     case FormatBgr24:
-        convertPixels<3>(data, 0, count, grayOfBgr24);
+        convertPixels<3>(data, 0, count, data, grayOfBgr24);
         break;
     case FormatRgb565:
-        convertPixels<2>(data, 0, count >> 1, grayOfRgb565); // half of them, see the header
+        convertPixels<2>(data, 0, count >> 1, data, grayOfRgb565); // half of them, see the header
         break;
     case FormatXrgb32:
-        convertPixels<4>(data, convertBlocks32<true>(data, count), count, grayOfXrgb32);
+        convertPixels<4>(data, convertBlocks32<true>(data, count, data), count, data, grayOfXrgb32);
         break;
     default:
-        convertPixels<4>(data, convertBlocks32<false>(data, count), count, grayOfBgrx32);
+        imaging::grayFromBgrx32(data, count, data);
         break;
     }
     image->format = FormatGray8;
@@ -122,4 +125,9 @@ std::int32_t imageToGray(ImageBuffer* image)
 bool imaging::needsGrayConversion(std::int32_t format)
 {
     return (static_cast<std::uint32_t>(format) & ~4u) < 2;
+}
+
+void imaging::grayFromBgrx32(const std::uint8_t* pixels, std::size_t count, std::uint8_t* gray)
+{
+    convertPixels<4>(pixels, convertBlocks32<false>(pixels, count, gray), count, gray, grayOfBgrx32);
 }

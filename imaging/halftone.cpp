@@ -2,6 +2,7 @@
 
 #include "imaging/floyd_steinberg.h"
 #include "imaging/histogram.h"
+#include "imaging/level_count.h"
 #include "imaging/picture_checks.h"
 #include "imaging/stucki.h"
 #include "imaging/tone_curve.h"
@@ -22,10 +23,10 @@ constexpr std::uint8_t kNearlyWhite = 226;
 // Percentages are compared as wrapping signed 32-bit products, which is what tall pages have always met.
 void correctTone(ImageBuffer* image)
 {
-    const auto count = static_cast<std::int32_t>(imaging::pixelCount(*image));
-    const auto histogram = imaging::buildHistogram(image->data, imaging::byteCount(*image));
-    const std::int32_t bright = imaging::binSum(histogram, 239, 255);
-    const std::int32_t veryBright = imaging::binSum(histogram, 253, 255);
+    const std::size_t pixels = imaging::byteCount(*image);
+    const auto count = static_cast<std::int32_t>(pixels);
+    const auto bright = static_cast<std::int32_t>(imaging::countAtLeast(image->data, pixels, 239));
+    const auto veryBright = static_cast<std::int32_t>(imaging::countAtLeast(image->data, pixels, 253));
     if (wrapMul(bright, 100) < wrapMul(count, 50) && wrapMul(veryBright, 100) < wrapMul(count, 40))
         adjustBrightnessContrast(image, 50, -50);
     else
@@ -95,7 +96,6 @@ std::int32_t isMostlyDark(ImageBuffer* image)
     if (imaging::answerUnlessGray(image))
         return 0;
     const std::size_t count = imaging::byteCount(*image);
-    const auto white = static_cast<std::int32_t>(
-        std::count_if(image->data, image->data + count, [](std::uint8_t p) { return p >= kNearlyWhite; }));
+    const auto white = static_cast<std::int32_t>(imaging::countAtLeast(image->data, count, kNearlyWhite));
     return wrapMul(white, 100) <= wrapMul(static_cast<std::int32_t>(count), 40) ? 1 : 0;
 }

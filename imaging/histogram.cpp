@@ -2,24 +2,66 @@
 
 #include "imaging/wrap_arithmetic.h"
 
+#include <cstring>
+
 namespace imaging {
 
-// Four tables, because neighbouring pixels are mostly alike and each increment of a bin would wait for the last one.
+namespace {
+
+/// Neighbouring pixels are mostly alike, and each increment of a bin waits for the last one: so neighbours count in
+/// tables of their own.
+struct Banks
+{
+    std::array<Histogram, 8> counts{};
+
+    void addFour(const std::uint8_t* bytes, std::size_t bank)
+    {
+        std::uint32_t four = 0;
+        std::memcpy(&four, bytes, sizeof four);
+        ++counts[bank][four & 0xFF];
+        ++counts[bank + 1][four >> 8 & 0xFF];
+        ++counts[bank + 2][four >> 16 & 0xFF];
+        ++counts[bank + 3][four >> 24];
+    }
+
+    Histogram sum() const
+    {
+        Histogram total{};
+        for (const Histogram& bank : counts) {
+            for (std::size_t level = 0; level < total.size(); ++level)
+                total[level] += bank[level];
+        }
+        return total;
+    }
+};
+
+bool areWhite(const std::uint8_t* sixteen)
+{
+    std::array<std::uint8_t, 16> white;
+    white.fill(255);
+    return std::memcmp(sixteen, white.data(), white.size()) == 0;
+}
+
+} // namespace
+
+// Most of a page of text is white paper, which is counted by sixteen.
 Histogram buildHistogram(const std::uint8_t* bytes, std::size_t count)
 {
-    std::array<Histogram, 4> parts{};
+    Banks banks;
     std::size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        ++parts[0][bytes[i]];
-        ++parts[1][bytes[i + 1]];
-        ++parts[2][bytes[i + 2]];
-        ++parts[3][bytes[i + 3]];
+    for (; i + 16 <= count; i += 16) {
+        if (areWhite(bytes + i)) {
+            banks.counts[0][255] += 16;
+            continue;
+        }
+        banks.addFour(bytes + i, 0);
+        banks.addFour(bytes + i + 4, 4);
+        banks.addFour(bytes + i + 8, 0);
+        banks.addFour(bytes + i + 12, 4);
     }
     for (; i < count; ++i)
-        ++parts[0][bytes[i]];
-    for (std::size_t level = 0; level < 256; ++level)
-        parts[0][level] += parts[1][level] + parts[2][level] + parts[3][level];
-    return parts[0];
+        ++banks.counts[0][bytes[i]];
+    return banks.sum();
 }
 
 std::int32_t binSum(const Histogram& histogram, int first, int last)

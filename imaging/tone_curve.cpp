@@ -157,17 +157,16 @@ std::int32_t buildToneCurve(std::uint8_t* table, const ToneCurvePoint* points, s
     return imaging::kDone;
 }
 
-// Eight bytes a step: one load and one store for eight look-ups.
+// Four bytes a step, a word that every machine has: one load and one store for four look-ups.
 void imaging::mapBytes(std::uint8_t* bytes, std::size_t count, const ToneTable& table)
 {
+    const auto at = [&table](std::uint32_t level) { return std::uint32_t{table[level & 0xFF]}; };
     std::size_t i = 0;
-    for (; i + 8 <= count; i += 8) {
-        std::uint64_t from = 0;
-        std::uint64_t to = 0;
-        std::memcpy(&from, bytes + i, 8);
-        for (unsigned bit = 0; bit < 64; bit += 8)
-            to |= std::uint64_t{table[(from >> bit) & 0xFF]} << bit;
-        std::memcpy(bytes + i, &to, 8);
+    for (; i + 4 <= count; i += 4) {
+        std::uint32_t four = 0;
+        std::memcpy(&four, bytes + i, sizeof four);
+        four = at(four) | at(four >> 8) << 8 | at(four >> 16) << 16 | at(four >> 24) << 24;
+        std::memcpy(bytes + i, &four, sizeof four);
     }
     for (; i < count; ++i)
         bytes[i] = table[bytes[i]];

@@ -51,7 +51,9 @@ build_packages=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-d
 run_packages=(fonts-noto-cjk fonts-dejavu-core qt5-image-formats-plugins)
 test_packages=("${run_packages[@]}" clang-format-14 xvfb openbox x11-utils xdotool desktop-file-utils appstream umockdev
     libumockdev-dev pkg-config)
-asan_packages=(clang-14 libclang-rt-14-dev llvm libbenchmark-dev) # llvm names the functions of a report
+# The libraries that the benchmarks hold ours against.
+bench_packages=(libbenchmark-dev pkg-config libyuv-dev libswscale-dev libopencv-imgproc-dev libleptonica-dev libmodpbase64-dev)
+asan_packages=(clang-14 libclang-rt-14-dev llvm) # llvm names the functions of a report
 
 # configure_and_build <preset> <build folder> [cmake arguments…]
 configure_and_build() {
