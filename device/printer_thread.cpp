@@ -13,6 +13,8 @@
 #include <QtDebug>
 
 #include <limits>
+#include <memory>
+#include <new>
 #include <utility>
 
 namespace {
@@ -29,35 +31,46 @@ qint64 steadyMs()
     return QDeadlineTimer::current().deadline();
 }
 
-/// Leaves one byte a pixel at the start of the picture's memory. A conversion that is refused leaves pixels that
-/// print as noise or not at all; the job goes on all the same.
-void convertToDots(ImageBuffer* buffer, int printType)
+/// A conversion that is refused leaves the grey picture; the job goes on all the same.
+void convertToDots(ImageBuffer* gray, int printType)
 {
     switch (printType) {
     case PrinterThread::PrintPhoto:
-        halftoneImage(buffer, 0, 255, kPolarityNormal, kAutoBrightnessContrast);
+        halftoneImage(gray, 0, 255, kPolarityNormal, kAutoBrightnessContrast);
         break;
     case PrinterThread::PrintText:
-        binarizeImage(buffer, kOtsu);
+        binarizeImage(gray, kOtsu);
         break;
     case PrinterThread::PrintDiffusion:
-        halftoneImage(buffer, 0, 255, kPolarityNormal, kNoPreparation);
+        halftoneImage(gray, 0, 255, kPolarityNormal, kNoPreparation);
         break;
     default:
-        imageToGray(buffer);
         break;
     }
 }
 
+using Bytes = std::unique_ptr<unsigned char[]>;
+
+/// Grey, one byte a pixel, in memory of its own: the picture that was handed in may be on show elsewhere, and a page of
+/// four bytes a pixel is not worth copying for one of them.
+Bytes grayOf(const QImage& image)
+{
+    const auto width = static_cast<std::size_t>(image.width());
+    Bytes gray(new (std::nothrow) unsigned char[width * static_cast<std::size_t>(image.height())]);
+    for (int y = 0; gray && y < image.height(); ++y)
+        imaging::grayFromBgrx32(image.constScanLine(y), width, gray.get() + static_cast<std::size_t>(y) * width);
+    return gray;
+}
+
+/// Lets go of the picture as soon as it is grey.
 Raster rasterOf(QImage image, int printType)
 {
-    // The picture that was handed in may be on show elsewhere, so the job works on a copy, whose rows are not padded.
-    image = image.depth() == 32 ? image.copy() : image.convertToFormat(QImage::Format_RGB32);
-    ImageBuffer buffer;
-    buffer.data = image.bits();
-    buffer.width = image.width();
-    buffer.height = image.height();
-    buffer.format = FormatBgrx32;
+    if (image.depth() != 32)
+        image = image.convertToFormat(QImage::Format_RGB32);
+    const QSize size = image.size();
+    const Bytes gray = grayOf(image);
+    image = QImage();
+    ImageBuffer buffer{gray.get(), size.width(), size.height(), 1, FormatGray8};
     convertToDots(&buffer, printType);
     return packRaster(buffer.data, buffer.width, buffer.height);
 }

@@ -1,5 +1,6 @@
 #include "imaging/histogram.h"
 
+#include "imaging/white_block.h"
 #include "imaging/wrap_arithmetic.h"
 
 #include <cstring>
@@ -35,23 +36,16 @@ struct Banks
     }
 };
 
-bool areWhite(const std::uint8_t* sixteen)
-{
-    std::array<std::uint8_t, 16> white;
-    white.fill(255);
-    return std::memcmp(sixteen, white.data(), white.size()) == 0;
-}
-
 } // namespace
 
-// Most of a page of text is white paper, which is counted by sixteen.
+// Most of a page of text is white paper, which is counted by blocks.
 Histogram buildHistogram(const std::uint8_t* bytes, std::size_t count)
 {
     Banks banks;
     std::size_t i = 0;
-    for (; i + 16 <= count; i += 16) {
-        if (areWhite(bytes + i)) {
-            banks.counts[0][255] += 16;
+    for (; i + kWhiteBlock <= count; i += kWhiteBlock) {
+        if (isWhiteBlock(bytes + i)) {
+            banks.counts[0][255] += kWhiteBlock;
             continue;
         }
         banks.addFour(bytes + i, 0);

@@ -40,7 +40,8 @@ void cleanBlock(std::uint8_t* p, std::size_t width)
     const __m128i upper = _mm_and_si128(load(above), _mm_and_si128(load(above - 1), load(above + 1)));
     const __m128i lower = _mm_and_si128(load(below - 1), load(below));
     const __m128i isolated = _mm_and_si128(candidates, _mm_cmpeq_epi8(_mm_and_si128(upper, lower), white));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_or_si128(centre, isolated));
+    if (_mm_movemask_epi8(isolated) != 0) // a store would hold up the next block's load
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_or_si128(centre, isolated));
 }
 
 // Columns 1..width - 2, the last block over the end of the one before it. False, with nothing done, when the row is too

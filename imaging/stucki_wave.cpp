@@ -218,19 +218,23 @@ private:
         const std::size_t then = kBlock - now;
         const Register inPicture = load(m_inPicture.data());
         Sums sums = m_sums;
-        Register eight = m_eight;
-        Register four = m_four;
-        Register fourBefore = m_fourBefore;
+        // A lane that has left its row sends nothing along it, finds black pixels, and receives nothing.
+        const Register nothing = _mm_andnot_si128(inPicture, all(kNoShare));
+        const auto sent = [=](Register share) { return _mm_or_si128(_mm_and_si128(share, inPicture), nothing); };
+        Register eight = sent(m_eight);
+        Register four = sent(m_four);
+        Register fourBefore = sent(m_fourBefore);
         for (std::size_t i = 0; i < kBlock; ++i) {
             // The column two to the right in the row above was settled fourteen steps ago.
             const Slot& above = m_below[(now + i + kBlock + 2) % (2 * kBlock)];
-            const Register received = _mm_add_epi8(_mm_add_epi8(load(above.ofRowAbove()), fourBefore), eight);
+            const Register fromAbove = _mm_and_si128(load(above.ofRowAbove()), inPicture);
+            const Register received = _mm_add_epi8(_mm_add_epi8(fromAbove, fourBefore), eight);
             const Register level = m_levels.rows[i];
             const Register value = _mm_adds_epi8(_mm_xor_si128(level, all(128)), received);
-            const Register white = _mm_cmpgt_epi8(value, all(-1));
-            const Register error = _mm_sub_epi8(_mm_add_epi8(level, received), white);
-            const Shares shares = sharesOf(_mm_and_si128(error, inPicture));
-            m_levels.rows[i] = white;
+            const Register black = _mm_cmpgt_epi8(_mm_setzero_si128(), value);
+            const Register errorOfWhite = _mm_add_epi8(_mm_sub_epi8(level, all(-1)), received);
+            const Shares shares = sharesOf(_mm_add_epi8(errorOfWhite, black));
+            m_levels.rows[i] = _mm_xor_si128(black, all(-1));
             const Register twoAbove = load(m_twoBelow[then + i].ofRowAbove());
             store(m_twoBelow[now + i].lanes.data(), sums.addTwoBelow(shares));
             store(m_below[now + i].lanes.data(), _mm_add_epi8(sums.addBelow(shares), twoAbove));

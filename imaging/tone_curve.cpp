@@ -1,6 +1,7 @@
 #include "imaging/tone_curve.h"
 
 #include "imaging/picture_checks.h"
+#include "imaging/white_block.h"
 #include "imaging/wrap_arithmetic.h"
 
 #include <algorithm>
@@ -136,6 +137,16 @@ ToneTable contrastTable(std::int32_t level)
     return curveThrough<5>({{{0, 0}, {85, 85 - k}, {128, 128}, {170, 170 + k}, {255, 255}}});
 }
 
+// A word that every machine has: one load and one store for four look-ups.
+void mapFour(std::uint8_t* bytes, const ToneTable& table)
+{
+    const auto at = [&table](std::uint32_t level) { return std::uint32_t{table[level & 0xFF]}; };
+    std::uint32_t four = 0;
+    std::memcpy(&four, bytes, sizeof four);
+    four = at(four) | at(four >> 8) << 8 | at(four >> 16) << 16 | at(four >> 24) << 24;
+    std::memcpy(bytes, &four, sizeof four);
+}
+
 } // namespace
 
 std::int32_t buildToneCurve(std::uint8_t* table, const ToneCurvePoint* points, std::int32_t count)
@@ -157,16 +168,15 @@ std::int32_t buildToneCurve(std::uint8_t* table, const ToneCurvePoint* points, s
     return imaging::kDone;
 }
 
-// Four bytes a step, a word that every machine has: one load and one store for four look-ups.
 void imaging::mapBytes(std::uint8_t* bytes, std::size_t count, const ToneTable& table)
 {
-    const auto at = [&table](std::uint32_t level) { return std::uint32_t{table[level & 0xFF]}; };
+    const bool whiteStays = table[255] == 255; // as after every change of tone
     std::size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        std::uint32_t four = 0;
-        std::memcpy(&four, bytes + i, sizeof four);
-        four = at(four) | at(four >> 8) << 8 | at(four >> 16) << 16 | at(four >> 24) << 24;
-        std::memcpy(bytes + i, &four, sizeof four);
+    for (; i + kWhiteBlock <= count; i += kWhiteBlock) {
+        if (whiteStays && isWhiteBlock(bytes + i))
+            continue;
+        for (std::size_t k = 0; k < kWhiteBlock; k += 4)
+            mapFour(bytes + i + k, table);
     }
     for (; i < count; ++i)
         bytes[i] = table[bytes[i]];
