@@ -1,3 +1,4 @@
+#include "device/crc32.h"
 #include "device/raster.h"
 #include "tests/device/printer_fixture.h"
 
@@ -18,6 +19,22 @@ private slots:
         built.fill('\xAA', kSetKeyFrameSize);
         buildSetKeyFrame(bytesOf(built), 0x2D02EF8DU);
         QCOMPARE(built.toHex(' '), QByteArray("02 18 01 04 00 0f d2 1d 47 90 18 20 eb 03"));
+    }
+
+    // Byte by byte is the short road, which frames() holds to seals from elsewhere.
+    void sealsAtOnceAndByteByByte()
+    {
+        QByteArray bytes(200, '\0');
+        for (int i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<char>(i * i * 167 + i);
+        for (int start = 0; start < 16; ++start) {
+            std::uint32_t expected = kDefaultCrcKey;
+            for (std::size_t length = 0; length < 180; ++length) {
+                const unsigned char* const first = bytesOf(bytes) + start;
+                QCOMPARE(crc32(kDefaultCrcKey, first, length), expected);
+                expected = crc32(expected, first + length, 1);
+            }
+        }
     }
 
     void packsOneLine()
