@@ -19,15 +19,23 @@ enum Mode : std::int32_t { StretchContrast = 1, CorrectTone = 2, OtherDiffusion 
 enum Polarity : std::int32_t { MarkWhite = 1, DecideByPicture = 2 };
 
 constexpr std::uint8_t kNearlyWhite = 226;
+constexpr std::size_t kNearBytes = 16384; ///< stay in the nearest cache for a second look
 
 // Percentages are compared as wrapping signed 32-bit products, which is what tall pages have always met.
 void correctTone(ImageBuffer* image)
 {
     const std::size_t pixels = imaging::byteCount(*image);
-    const auto count = static_cast<std::int32_t>(pixels);
-    const auto bright = static_cast<std::int32_t>(imaging::countAtLeast(image->data, pixels, 239));
-    const auto veryBright = static_cast<std::int32_t>(imaging::countAtLeast(image->data, pixels, 253));
-    if (wrapMul(bright, 100) < wrapMul(count, 50) && wrapMul(veryBright, 100) < wrapMul(count, 40))
+    std::size_t bright = 0;
+    std::size_t veryBright = 0;
+    for (std::size_t i = 0; i < pixels; i += kNearBytes) {
+        const std::size_t some = std::min(kNearBytes, pixels - i);
+        bright += imaging::countAtLeast(image->data + i, some, 239);
+        veryBright += imaging::countAtLeast(image->data + i, some, 253);
+    }
+    const auto share = [](std::size_t count, std::int32_t percent) {
+        return wrapMul(static_cast<std::int32_t>(count), percent);
+    };
+    if (share(bright, 100) < share(pixels, 50) && share(veryBright, 100) < share(pixels, 40))
         adjustBrightnessContrast(image, 50, -50);
     else
         adjustBrightnessContrast(image, -50, 0);

@@ -20,19 +20,10 @@ namespace {
 constexpr std::size_t kReach = 2; ///< columns beside the row that take what leaves the picture
 constexpr std::size_t kRows = 3;
 
-using Cell = std::int16_t;
-
-static_assert(kRows * sizeof(Cell) <= imaging::kWorkBytesPerColumn);
-
-/// Adds `shares` to the five cells around a column.
-void send(Cell* cells, const std::array<int, 5>& shares)
-{
-    for (std::size_t i = 0; i < shares.size(); ++i)
-        cells[i] = static_cast<Cell>(cells[i] + shares[i]);
-}
+static_assert(kRows * sizeof(int) <= imaging::kWorkBytesPerColumn);
 
 /// `received` has a cell for each column and kReach on either side, as have the two of the rows below.
-void diffuseRow(std::uint8_t* row, std::size_t width, Cell* received, Cell* below, Cell* twoBelow)
+void diffuseRow(std::uint8_t* row, std::size_t width, int* received, int* below, int* twoBelow)
 {
     for (std::size_t x = 0; x < width; ++x) {
         const int value = row[x] + received[x + kReach];
@@ -43,9 +34,18 @@ void diffuseRow(std::uint8_t* row, std::size_t width, Cell* received, Cell* belo
         const int four = eight / 2;
         const int two = eight / 4;
         const int one = eight / 8;
-        send(received + x, {0, 0, 0, eight, four});
-        send(below + x, {two, four, eight, four, two});
-        send(twoBelow + x, {one, two, four, two, one});
+        received[x + 3] += eight;
+        received[x + 4] += four;
+        below[x] += two;
+        below[x + 1] += four;
+        below[x + 2] += eight;
+        below[x + 3] += four;
+        below[x + 4] += two;
+        twoBelow[x] += one;
+        twoBelow[x + 1] += two;
+        twoBelow[x + 2] += four;
+        twoBelow[x + 3] += two;
+        twoBelow[x + 4] += one;
     }
 }
 
@@ -53,13 +53,13 @@ bool diffuseRows(const ImageBuffer& image)
 {
     const auto width = static_cast<std::size_t>(image.width);
     const std::size_t cells = width + 2 * kReach;
-    const std::unique_ptr<Cell[]> shares(new (std::nothrow) Cell[kRows * cells]());
+    const std::unique_ptr<int[]> shares(new (std::nothrow) int[kRows * cells]());
     if (!shares)
         return false;
-    std::array<Cell*, kRows> rows{shares.get(), shares.get() + cells, shares.get() + 2 * cells};
+    std::array<int*, kRows> rows{shares.get(), shares.get() + cells, shares.get() + 2 * cells};
     for (std::int32_t y = 0; y < image.height; ++y) {
         diffuseRow(imaging::rowOf(image, y), width, rows[0], rows[1], rows[2]);
-        std::memset(rows[0], 0, cells * sizeof(Cell));
+        std::memset(rows[0], 0, cells * sizeof(int));
         std::swap(rows[0], rows[1]); // the next row, the one after it, and the cleared one
         std::swap(rows[1], rows[2]);
     }

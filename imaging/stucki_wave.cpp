@@ -28,8 +28,9 @@
 namespace {
 
 constexpr std::size_t kLanes = 16;
-constexpr std::size_t kBlock = 16;      ///< columns that are worked in one go, and by which a row is behind
-constexpr std::int32_t kMinWidth = 256; ///< the first row's lane may not come round before the last one's has begun
+constexpr std::size_t kBlock = 16;       ///< columns that are worked in one go, and by which a row is behind
+constexpr std::int32_t kNarrowest = 240; ///< dots; the first lane may not come round before the last one has begun
+constexpr std::int32_t kWidest = 4096;   ///< dots; beyond it the slots, 64 bytes a column, leave the near caches
 
 constexpr std::uint8_t kNoShare = 128;
 
@@ -70,22 +71,30 @@ Square transposed(const Square& square)
     return interleave(interleave(interleave(interleave(square, kRows), kRows), kRows), kRows);
 }
 
-/// What one step leaves for a later one. The byte before the lanes stands for the lane before the first one: what
-/// reads from there finds every lane's value one lane further, which is the row below.
-struct Slot
+/// What one step leaves for the row below. `before` ends with the last lane's value of a step long ago, when that lane
+/// was in the row above the first one's. So who reads from there on finds each lane's value one lane further, which is
+/// in the row below.
+struct Cells
 {
-    alignas(16) std::array<std::uint8_t, 16> before;
+    std::array<std::uint8_t, kLanes> before;
     std::array<std::uint8_t, kLanes> lanes;
 
-    const std::uint8_t* ofRowAbove() const { return before.data() + 15; }
+    Register ofRowAbove() const { return load(before.data() + kLanes - 1); }
 };
 
-/// The steps of the last block and of this one.
-using Slots = std::array<Slot, 2 * kBlock>;
-
-void clear(Slots& slots, std::uint8_t value)
+struct alignas(64) Slot
 {
-    std::memset(static_cast<void*>(slots.data()), value, sizeof slots);
+    Cells below;    ///< for the row below
+    Cells twoBelow; ///< from this row for the one after it
+};
+
+Slot emptySlot()
+{
+    // A sum of ten shares without error is 0, of five 128.
+    Slot slot{};
+    slot.twoBelow.before.fill(kNoShare);
+    slot.twoBelow.lanes.fill(kNoShare);
+    return slot;
 }
 
 /// Forty-seconds of the errors of one step, each with 128 added.
@@ -98,7 +107,7 @@ struct Shares
 };
 
 // 12484 / 2^16 is a little more than 4/21, by too little to reach another whole number for any error. Rounded down, a
-// negative share is one too low, which `signs` makes up for.
+// negative share is one too low, which the sign makes up for.
 inline Shares sharesOf(Register error)
 {
     const Register factor = _mm_set1_epi16(12484);
@@ -146,61 +155,51 @@ class Wave
 public:
     explicit Wave(const ImageBuffer& image)
         : m_image(image)
-        , m_blocksInRow(static_cast<std::size_t>(image.width) / kBlock)
-        , m_carried(new (std::nothrow) std::uint8_t[2 * columns()])
+        , m_blocksOnWay(static_cast<std::size_t>(image.width) / kBlock + 1)
+        , m_ring(m_blocksOnWay - kLanes + 2)
+        , m_slots(new (std::nothrow) Slot[m_ring * kBlock])
     {
-        if (!m_carried)
-            return;
-        std::memset(carriedBelow(), 0, columns());
-        std::memset(carriedTwoBelow(), kNoShare, columns());
         m_pixels.fill(m_unused.data());
-        clear(m_below, 0);
-        clear(m_twoBelow, kNoShare);
+        for (std::size_t i = 0; m_slots && i < m_ring * kBlock; ++i)
+            m_slots[i] = emptySlot();
     }
 
-    explicit operator bool() const { return m_carried != nullptr; }
+    explicit operator bool() const { return m_slots != nullptr; }
 
     void run()
     {
         const auto last = static_cast<std::size_t>(m_image.height) - 1;
-        const std::size_t blocks = last / kLanes * blocksOnWay() + last % kLanes + m_blocksInRow;
+        const std::size_t blocks = last / kLanes * m_blocksOnWay + last % kLanes + m_blocksOnWay - 1;
         for (std::size_t block = 0; block < blocks; ++block)
             workBlock(block);
     }
 
 private:
-    std::size_t blocksOnWay() const { return m_blocksInRow + 1; }
-    std::size_t columns() const { return blocksOnWay() * kBlock; }
-    std::uint8_t* carriedBelow() { return m_carried.get(); }
-    std::uint8_t* carriedTwoBelow() { return m_carried.get() + columns(); }
-
     void workBlock(std::size_t block)
     {
         findPixels(block);
-        const std::size_t now = block % 2 * kBlock;
-        receive((block + 1) % blocksOnWay() * kBlock, now);
         Square square;
         for (std::size_t lane = 0; lane < kLanes; ++lane)
             square.rows[lane] = load(m_pixels[lane]);
         m_levels = transposed(square);
-        settle(now);
+        settle(slotsOf(block), slotsOf(block + m_ring - 1), slotsOf(block + m_ring - 2));
         square = transposed(m_levels);
         for (std::size_t lane = 0; lane < kLanes; ++lane)
             store(m_pixels[lane], square.rows[lane]);
-        if (block + 1 >= kLanes)
-            send((block + 1 - kLanes) % blocksOnWay() * kBlock, now);
     }
+
+    Slot* slotsOf(std::size_t block) const { return &m_slots[block % m_ring * kBlock]; }
 
     // At most one lane comes to the end of its row in a block, and at most one begins a row.
     void findPixels(std::size_t block)
     {
         for (std::size_t lane = 0; lane < kLanes; ++lane)
             m_pixels[lane] += m_advance[lane];
-        const std::size_t ending = (block + 1) % blocksOnWay();
+        const std::size_t ending = (block + 1) % m_blocksOnWay;
         if (ending < kLanes)
             point(ending, m_unused.data(), 0);
-        const std::size_t beginning = block % blocksOnWay();
-        const std::size_t row = block / blocksOnWay() * kLanes + beginning;
+        const std::size_t beginning = block % m_blocksOnWay;
+        const std::size_t row = block / m_blocksOnWay * kLanes + beginning;
         if (beginning < kLanes && row < static_cast<std::size_t>(m_image.height))
             point(beginning, m_image.data + row * static_cast<std::size_t>(m_image.width), kBlock);
     }
@@ -213,9 +212,10 @@ private:
         m_inPicture[lane] = advance > 0 ? 0xFF : 0;
     }
 
-    void settle(std::size_t now)
+    /// @param now, then, next  slots of this block, of the last one, and of the one that the first lane comes to when it
+    ///                         is where the last lane is now, a row further down
+    void settle(Slot* now, const Slot* then, Slot* next)
     {
-        const std::size_t then = kBlock - now;
         const Register inPicture = load(m_inPicture.data());
         Sums sums = m_sums;
         // A lane that has left its row sends nothing along it, finds black pixels, and receives nothing.
@@ -226,8 +226,8 @@ private:
         Register fourBefore = sent(m_fourBefore);
         for (std::size_t i = 0; i < kBlock; ++i) {
             // The column two to the right in the row above was settled fourteen steps ago.
-            const Slot& above = m_below[(now + i + kBlock + 2) % (2 * kBlock)];
-            const Register fromAbove = _mm_and_si128(load(above.ofRowAbove()), inPicture);
+            const Slot& above = i + 2 < kBlock ? then[i + 2] : now[i + 2 - kBlock];
+            const Register fromAbove = _mm_and_si128(above.below.ofRowAbove(), inPicture);
             const Register received = _mm_add_epi8(_mm_add_epi8(fromAbove, fourBefore), eight);
             const Register level = m_levels.rows[i];
             const Register value = _mm_adds_epi8(_mm_xor_si128(level, all(128)), received);
@@ -235,9 +235,12 @@ private:
             const Register errorOfWhite = _mm_add_epi8(_mm_sub_epi8(level, all(-1)), received);
             const Shares shares = sharesOf(_mm_add_epi8(errorOfWhite, black));
             m_levels.rows[i] = _mm_xor_si128(black, all(-1));
-            const Register twoAbove = load(m_twoBelow[then + i].ofRowAbove());
-            store(m_twoBelow[now + i].lanes.data(), sums.addTwoBelow(shares));
-            store(m_below[now + i].lanes.data(), _mm_add_epi8(sums.addBelow(shares), twoAbove));
+            const Register twoBelow = sums.addTwoBelow(shares);
+            const Register below = _mm_add_epi8(sums.addBelow(shares), then[i].twoBelow.ofRowAbove());
+            store(now[i].twoBelow.lanes.data(), twoBelow);
+            store(now[i].below.lanes.data(), below);
+            store(next[i].twoBelow.before.data(), twoBelow);
+            store(next[i].below.before.data(), below);
             fourBefore = four;
             four = shares.four;
             eight = shares.eight;
@@ -248,32 +251,10 @@ private:
         m_fourBefore = fourBefore;
     }
 
-    // The row above the first lane's is the last lane's, some blocks ago.
-    void receive(std::size_t column, std::size_t now)
-    {
-        const std::uint8_t* below = carriedBelow() + column;
-        const std::uint8_t* twoBelow = carriedTwoBelow() + column;
-        for (std::size_t i = 0; i < kBlock; ++i) {
-            m_below[now + i].before[15] = below[i];
-            m_twoBelow[now + i].before[15] = twoBelow[i];
-        }
-    }
-
-    void send(std::size_t column, std::size_t now)
-    {
-        std::uint8_t* below = carriedBelow() + column;
-        std::uint8_t* twoBelow = carriedTwoBelow() + column;
-        for (std::size_t i = 0; i < kBlock; ++i) {
-            below[i] = m_below[now + i].lanes[kLanes - 1];
-            twoBelow[i] = m_twoBelow[now + i].lanes[kLanes - 1];
-        }
-    }
-
     const ImageBuffer& m_image;
-    const std::size_t m_blocksInRow;
-    std::unique_ptr<std::uint8_t[]> m_carried;
-    Slots m_below;    ///< what the row below receives
-    Slots m_twoBelow; ///< what the row after it receives from this one
+    const std::size_t m_blocksOnWay; ///< of a row, and the one beside the picture
+    const std::size_t m_ring;        ///< blocks of slots, as many as pass from `next` to `then`
+    std::unique_ptr<Slot[]> m_slots;
     Sums m_sums;
     Register m_eight = all(kNoShare); ///< of the last column
     Register m_four = all(kNoShare);
@@ -289,7 +270,7 @@ private:
 
 bool imaging::stuckiWaveFits(const ImageBuffer& image)
 {
-    return image.width >= kMinWidth && static_cast<std::size_t>(image.width) % kBlock == 0;
+    return image.width >= kNarrowest && image.width <= kWidest && static_cast<std::size_t>(image.width) % kBlock == 0;
 }
 
 bool imaging::stuckiWave(const ImageBuffer& image)

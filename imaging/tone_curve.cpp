@@ -170,10 +170,9 @@ std::int32_t buildToneCurve(std::uint8_t* table, const ToneCurvePoint* points, s
 
 void imaging::mapBytes(std::uint8_t* bytes, std::size_t count, const ToneTable& table)
 {
-    const bool whiteStays = table[255] == 255; // as after every change of tone
     std::size_t i = 0;
     for (; i + kWhiteBlock <= count; i += kWhiteBlock) {
-        if (whiteStays && isWhiteBlock(bytes + i))
+        if (isWhiteBlock(bytes + i))
             continue;
         for (std::size_t k = 0; k < kWhiteBlock; k += 4)
             mapFour(bytes + i + k, table);

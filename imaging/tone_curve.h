@@ -33,7 +33,7 @@ namespace imaging {
 
 using ToneTable = std::array<std::uint8_t, 256>;
 
-/// Replaces each of `count` bytes by its entry.
+/// Replaces each of `count` bytes by its entry. White has to stay white, as in every change of tone.
 void mapBytes(std::uint8_t* bytes, std::size_t count, const ToneTable& table);
 
 } // namespace imaging

@@ -27,8 +27,8 @@ struct Random
     int between(int first, int last) { return first + below(last - first + 1); }
 };
 
-/// Around the blocks of 16, the stretches of 64 and the lag of 66 that the fast loops work in; and both print heads.
-constexpr int kWidths[] = {17, 33, 65, 66, 67, 130, 384, 576};
+/// Around the blocks of 16 that the fast loops work in, and the narrowest wave of rows; and both print heads.
+constexpr int kWidths[] = {17, 18, 33, 240, 256, 272, 384, 576};
 
 struct Digest ///< FNV-1a
 {
@@ -155,8 +155,8 @@ class SameBitsTest : public QObject
     Q_OBJECT
 
 private slots:
-    /// Every compiler, processor and C library has to print the same page. The digest is what GCC's debug build for
-    /// x86-64 gave when this test was written, which its optimised build and clang's gave as well.
+    /// Every compiler, processor and C library has to print the same page. The digest is what the plain
+    /// loops of an earlier version gave.
     void everyBuildGivesTheSame()
     {
         Random random;
@@ -164,8 +164,9 @@ private slots:
         for (int call = 0; call < 10000; ++call) {
             const Operation operation = drawOperation(random, kKinds);
             const int wide = kWidths[random.below(8)];
-            const int width = call % 16 == 0 ? wide : random.between(1, 80);
-            const int height = random.between(1, 35);
+            const bool isWide = call % 16 == 0;
+            const int width = isWide ? wide : random.between(1, 80);
+            const int height = random.between(1, isWide ? 100 : 35);
             const int format = random.below(7);
             const int channels = random.between(0, kBytesPerPixel[format]);
             const Bytes pixels = format == FormatBinary ? drawDots(random, width * height)
@@ -177,7 +178,7 @@ private slots:
             digest.addNumber(end.record.format);
             digest.add(end.bytes);
         }
-        QCOMPARE(digest.hex(), QByteArray("f4c14d67cd9cabb4"));
+        QCOMPARE(digest.hex(), QByteArray("4c1fca477d01c410"));
     }
 
     /// Refused, but by operations that leave the format alone; what is empty is done, but by the adaptive method.
