@@ -24,9 +24,8 @@ unsigned char packEight(unsigned char* pixels)
 /// bit, and gather the bits.
 void packSixteen(unsigned char* pixels, unsigned char* out)
 {
-    auto* block = reinterpret_cast<__m128i*>(pixels);
-    const __m128i burnt = _mm_cmpeq_epi8(_mm_loadu_si128(block), _mm_setzero_si128());
-    _mm_storeu_si128(block, _mm_and_si128(burnt, _mm_set1_epi8(1)));
+    const __m128i burnt = _mm_cmpeq_epi8(imaging::loadBlock(pixels), _mm_setzero_si128());
+    imaging::storeBlock(pixels, _mm_and_si128(burnt, _mm_set1_epi8(1)));
     __m128i mirrored = _mm_or_si128(_mm_slli_epi16(burnt, 8), _mm_srli_epi16(burnt, 8));
     mirrored = _mm_shufflehi_epi16(_mm_shufflelo_epi16(mirrored, 0x1B), 0x1B);
     const int bits = _mm_movemask_epi8(mirrored);

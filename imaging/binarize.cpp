@@ -45,9 +45,8 @@ std::size_t thresholdBlocks(std::uint8_t* bytes, std::size_t count, std::uint8_t
 #ifdef QUILLBOX_SSE2
     const __m128i limit = _mm_set1_epi8(static_cast<char>(threshold));
     for (; i + 16 <= count; i += 16) {
-        auto* block = reinterpret_cast<__m128i*>(bytes + i);
-        const __m128i p = _mm_loadu_si128(block);
-        _mm_storeu_si128(block, _mm_cmpeq_epi8(_mm_max_epu8(p, limit), p));
+        const __m128i p = imaging::loadBlock(bytes + i);
+        imaging::storeBlock(bytes + i, _mm_cmpeq_epi8(_mm_max_epu8(p, limit), p));
     }
 #else
     (void)bytes, (void)count, (void)threshold;

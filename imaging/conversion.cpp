@@ -45,7 +45,7 @@ void convertPixels(const std::uint8_t* pixels, std::size_t from, std::size_t to,
 template <bool DropFirst>
 __m128i loadBgrx(const std::uint8_t* pixels)
 {
-    const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+    const __m128i four = imaging::loadBlock(pixels);
     return DropFirst ? _mm_srli_epi32(four, 8) : four;
 }
 
@@ -73,7 +73,7 @@ std::size_t convertBlocks32(const std::uint8_t* pixels, std::size_t count, std::
     for (; i + 16 <= count; i += 16) {
         const __m128i low = grayOfEight<DropFirst>(pixels + 4 * i);
         const __m128i high = grayOfEight<DropFirst>(pixels + 4 * i + 32);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(gray + i), _mm_packus_epi16(low, high));
+        imaging::storeBlock(gray + i, _mm_packus_epi16(low, high));
     }
     return i;
 }

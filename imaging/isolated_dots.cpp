@@ -19,29 +19,27 @@ bool isIsolated(const std::uint8_t* p, std::size_t width)
 
 #ifdef QUILLBOX_SSE2
 
-__m128i load(const std::uint8_t* p)
-{
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-}
+using imaging::loadBlock;
+using imaging::storeBlock;
 
 // Whitens the isolated ones of the sixteen pixels from p on. Most blocks of a page have no black pixel between two white
 // ones.
 void cleanBlock(std::uint8_t* p, std::size_t width)
 {
     const __m128i white = _mm_set1_epi8(-1);
-    const __m128i centre = load(p);
-    const __m128i sides = _mm_and_si128(load(p - 1), load(p + 1));
+    const __m128i centre = loadBlock(p);
+    const __m128i sides = _mm_and_si128(loadBlock(p - 1), loadBlock(p + 1));
     const __m128i candidates =
         _mm_and_si128(_mm_cmpeq_epi8(centre, _mm_setzero_si128()), _mm_cmpeq_epi8(sides, white));
     if (_mm_movemask_epi8(candidates) == 0)
         return;
     const std::uint8_t* above = p - width;
     const std::uint8_t* below = p + width;
-    const __m128i upper = _mm_and_si128(load(above), _mm_and_si128(load(above - 1), load(above + 1)));
-    const __m128i lower = _mm_and_si128(load(below - 1), load(below));
+    const __m128i upper = _mm_and_si128(loadBlock(above), _mm_and_si128(loadBlock(above - 1), loadBlock(above + 1)));
+    const __m128i lower = _mm_and_si128(loadBlock(below - 1), loadBlock(below));
     const __m128i isolated = _mm_and_si128(candidates, _mm_cmpeq_epi8(_mm_and_si128(upper, lower), white));
     if (_mm_movemask_epi8(isolated) != 0) // a store would hold up the next block's load
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_or_si128(centre, isolated));
+        storeBlock(p, _mm_or_si128(centre, isolated));
 }
 
 // Columns 1..width - 2, the last block over the end of the one before it. False, with nothing done, when the row is too

@@ -16,7 +16,7 @@ std::size_t countInBlocks(const std::uint8_t* bytes, std::size_t blocks, std::ui
     const __m128i limit = _mm_set1_epi8(static_cast<char>(level));
     __m128i counts = _mm_setzero_si128();
     for (std::size_t i = 0; i < blocks; ++i) {
-        const __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 16 * i));
+        const __m128i p = imaging::loadBlock(bytes + 16 * i);
         counts = _mm_sub_epi8(counts, _mm_cmpeq_epi8(_mm_max_epu8(p, limit), p));
     }
     const __m128i sums = _mm_sad_epu8(counts, _mm_setzero_si128());

@@ -6,4 +6,19 @@
 #elif defined(__SSE2__) || defined(_M_X64) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2)
 #define QUILLBOX_SSE2 1
 #include <emmintrin.h>
+
+namespace imaging {
+
+/// The sixteen bytes from any address on.
+inline __m128i loadBlock(const void* bytes)
+{
+    return _mm_loadu_si128(static_cast<const __m128i*>(bytes));
+}
+
+inline void storeBlock(void* bytes, __m128i block)
+{
+    _mm_storeu_si128(static_cast<__m128i*>(bytes), block);
+}
+
+} // namespace imaging
 #endif

@@ -17,16 +17,16 @@
 
 namespace {
 
-constexpr std::size_t kReach = 2; ///< columns beside the row that take what leaves the picture
-constexpr std::size_t kRows = 3;
+constexpr std::size_t kBeside = 2; ///< columns beside the row that take what leaves the picture
+constexpr std::size_t kLiveRows = 3;
 
-static_assert(kRows * sizeof(int) <= imaging::kWorkBytesPerColumn);
+static_assert(kLiveRows * sizeof(int) <= imaging::kWorkBytesPerColumn);
 
-/// `received` has a cell for each column and kReach on either side, as have the two of the rows below.
+/// `received` has a cell for each column and kBeside on either side, as have the two of the rows below.
 void diffuseRow(std::uint8_t* row, std::size_t width, int* received, int* below, int* twoBelow)
 {
     for (std::size_t x = 0; x < width; ++x) {
-        const int value = row[x] + received[x + kReach];
+        const int value = row[x] + received[x + kBeside];
         const bool white = value >= 128;
         const int error = white ? value - 255 : value;
         row[x] = white ? 255 : 0;
@@ -52,11 +52,11 @@ void diffuseRow(std::uint8_t* row, std::size_t width, int* received, int* below,
 bool diffuseRows(const ImageBuffer& image)
 {
     const auto width = static_cast<std::size_t>(image.width);
-    const std::size_t cells = width + 2 * kReach;
-    const std::unique_ptr<int[]> shares(new (std::nothrow) int[kRows * cells]());
+    const std::size_t cells = width + 2 * kBeside;
+    const std::unique_ptr<int[]> shares(new (std::nothrow) int[kLiveRows * cells]());
     if (!shares)
         return false;
-    std::array<int*, kRows> rows{shares.get(), shares.get() + cells, shares.get() + 2 * cells};
+    std::array<int*, kLiveRows> rows{shares.get(), shares.get() + cells, shares.get() + 2 * cells};
     for (std::int32_t y = 0; y < image.height; ++y) {
         diffuseRow(imaging::rowOf(image, y), width, rows[0], rows[1], rows[2]);
         std::memset(rows[0], 0, cells * sizeof(int));

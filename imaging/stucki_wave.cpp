@@ -36,16 +36,6 @@ constexpr std::uint8_t kNoShare = 128;
 
 using Register = __m128i;
 
-Register load(const void* bytes)
-{
-    return _mm_loadu_si128(static_cast<const __m128i*>(bytes));
-}
-
-void store(void* bytes, Register value)
-{
-    _mm_storeu_si128(static_cast<__m128i*>(bytes), value);
-}
-
 Register all(int byte)
 {
     return _mm_set1_epi8(static_cast<char>(byte));
@@ -79,7 +69,7 @@ struct Cells
     std::array<std::uint8_t, kLanes> before;
     std::array<std::uint8_t, kLanes> lanes;
 
-    Register ofRowAbove() const { return load(before.data() + kLanes - 1); }
+    Register ofRowAbove() const { return imaging::loadBlock(before.data() + kLanes - 1); }
 };
 
 struct alignas(64) Slot
@@ -180,12 +170,12 @@ private:
         findPixels(block);
         Square square;
         for (std::size_t lane = 0; lane < kLanes; ++lane)
-            square.rows[lane] = load(m_pixels[lane]);
+            square.rows[lane] = imaging::loadBlock(m_pixels[lane]);
         m_levels = transposed(square);
         settle(slotsOf(block), slotsOf(block + m_ring - 1), slotsOf(block + m_ring - 2));
         square = transposed(m_levels);
         for (std::size_t lane = 0; lane < kLanes; ++lane)
-            store(m_pixels[lane], square.rows[lane]);
+            imaging::storeBlock(m_pixels[lane], square.rows[lane]);
     }
 
     Slot* slotsOf(std::size_t block) const { return &m_slots[block % m_ring * kBlock]; }
@@ -216,7 +206,7 @@ private:
     ///                         is where the last lane is now, a row further down
     void settle(Slot* now, const Slot* then, Slot* next)
     {
-        const Register inPicture = load(m_inPicture.data());
+        const Register inPicture = imaging::loadBlock(m_inPicture.data());
         Sums sums = m_sums;
         // A lane that has left its row sends nothing along it, finds black pixels, and receives nothing.
         const Register nothing = _mm_andnot_si128(inPicture, all(kNoShare));
@@ -237,10 +227,10 @@ private:
             m_levels.rows[i] = _mm_xor_si128(black, all(-1));
             const Register twoBelow = sums.addTwoBelow(shares);
             const Register below = _mm_add_epi8(sums.addBelow(shares), then[i].twoBelow.ofRowAbove());
-            store(now[i].twoBelow.lanes.data(), twoBelow);
-            store(now[i].below.lanes.data(), below);
-            store(next[i].twoBelow.before.data(), twoBelow);
-            store(next[i].below.before.data(), below);
+            imaging::storeBlock(now[i].twoBelow.lanes.data(), twoBelow);
+            imaging::storeBlock(now[i].below.lanes.data(), below);
+            imaging::storeBlock(next[i].twoBelow.before.data(), twoBelow);
+            imaging::storeBlock(next[i].below.before.data(), below);
             fourBefore = four;
             four = shares.four;
             eight = shares.eight;
