@@ -113,17 +113,19 @@ void clearColours(QTextDocument& document)
     }
 }
 
+// Behind a table whose last cell is empty Qt puts no paragraph; the one before is that cell's, which cannot be joined.
 void joinBehindTables(QTextDocument& document)
 {
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        const QTextBlock empty = block.previous();
-        if (block.userState() != kBehindTable || empty.length() != 1)
+        if (block.userState() != kBehindTable)
             continue;
-        const QTextBlockFormat format = block.blockFormat();
-        QTextCursor cursor(empty);
-        cursor.deleteChar();
-        cursor.setBlockFormat(format);
-        block = cursor.block();
+        QTextCursor before(block.previous());
+        if (before.block().length() == 1 && !before.currentTable()) {
+            const QTextBlockFormat format = block.blockFormat();
+            before.deleteChar();
+            before.setBlockFormat(format);
+            block = before.block();
+        }
         block.setUserState(-1);
     }
 }

@@ -139,7 +139,7 @@ private slots:
         QTest::newRow("lists") << "<ol><li>one<ul><li><b>in</b></ul><li style='font-size:9pt'>two</ol><ul><li>x" +
                                       small + "</ul>";
         QTest::newRow("table") << "<table border=1 width=80%><tr><td>a<td rowspan=2>b<tr><td align=right>" + small +
-                                      "</table>z";
+                                      "</table>z<table border=1><tr><td>c<td></table>an empty cell before";
         QTest::newRow("of a web page")
             << "<h1>head</h1><hr><pre>co    de\nx</pre><a href='http://a.org/' style='text-decoration:none; "
                "color:red'>link</a> <a name=x>y</a><blockquote>q</blockquote>";
