@@ -73,9 +73,8 @@ bool readsSmaller(const QImageReader& reader, bool inPasses, qint64 mostBytes)
 }
 
 /// The size to read a picture at; an empty one leaves it out.
-QSize sizeToRead(const QImageReader& reader, bool inPasses, qint64 mostBytes)
+QSize sizeToRead(const QImageReader& reader, const QSize& size, bool inPasses, qint64 mostBytes)
 {
-    const QSize size = reader.size();
     const QImage::Format format = reader.imageFormat();
     int part = 1;
     while (decodedBytes(partOf(size, part), format) > mostBytes) {
@@ -86,15 +85,26 @@ QSize sizeToRead(const QImageReader& reader, bool inPasses, qint64 mostBytes)
     return partOf(size, part);
 }
 
+/// The size of the screen that the frames of a GIF are drawn on; an empty one for other formats. Qt does not believe one
+/// that is many times as large as the frame, and tells the frame's; but reads into the screen.
+QSize screenOfGif(QIODevice& device)
+{
+    const QByteArray head = device.peek(10);
+    if (head.size() < 10 || !head.startsWith("GIF8"))
+        return {};
+    return {qFromLittleEndian<quint16>(head.constData() + 6), qFromLittleEndian<quint16>(head.constData() + 8)};
+}
+
 QImage read(QIODevice& device, const QString& name, qint64 mostBytes)
 {
     const bool inPasses = isInPasses(device); // before the reader moves on
+    const QSize screen = screenOfGif(device);
     QImageReader reader(&device);
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size();
+    const QSize size = reader.size().expandedTo(screen);
     if (!size.isEmpty()) { // else the reader itself says what is wrong, if anything is
-        const QSize readSize = sizeToRead(reader, inPasses, mostBytes);
+        const QSize readSize = sizeToRead(reader, size, inPasses, mostBytes);
         if (readSize.isEmpty()) {
             qDebug() << "picture left out:" << name << "is too large:" << size;
             return {};

@@ -54,6 +54,8 @@ private slots:
         QByteArray interlaced = coded({81, 40}, "PNG");
         interlaced.replace(28, 5, QByteArray::fromHex("017ec7b1fe")); // with the header's check sum
         reads(interlaced, out, "too large");
+        // 2100 × 2 dots, of which the one frame takes two; Qt tells 2 × 2.
+        reads(QByteArray::fromHex("47494638396134080200010a002c00000000020001000002020c003b"), out, "too large");
     }
 
     void contents()
