@@ -1,0 +1,24 @@
+#include "content/page/picture_file.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+
+#include <cstdlib>
+
+// Any bytes are a picture that keeps to the limit, or none.
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    static QGuiApplication app(*argc, *argv);
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size)
+{
+    constexpr qint64 kMostBytes = 1 << 20;
+    const QByteArray content(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
+    if (pictureFromData(content, kMostBytes).sizeInBytes() > kMostBytes)
+        std::abort();
+    return 0;
+}
