@@ -31,6 +31,8 @@ void installChinese(const QString& storedLanguage)
 void setUpHighDpi()
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
+    // No widget draws by OpenGL, whose libraries take as much memory as all else and half as long again to start.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
 }
 
 void startUp(QSettings& settings)

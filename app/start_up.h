@@ -6,7 +6,7 @@ class QSettings;
 
 // What every program of the client does around its main window. GUI thread.
 
-/// Before the application object is made.
+/// Before the application object is made: pictures as dense as the screen, and windows without OpenGL.
 void setUpHighDpi();
 
 /// After it: icon, installation identifier, language.
