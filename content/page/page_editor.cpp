@@ -128,8 +128,12 @@ bool PageEditor::event(QEvent* event)
 
 void PageEditor::paintDesk()
 {
-    const QRect paper = viewport()->geometry().adjusted(-kPaperMargin, 0, kPaperMargin, 0);
     QPainter painter(this);
+    if (!m_deskShown) { // all is paper, and a high one: what would be painted over costs as much as the paper
+        painter.fillRect(rect(), Qt::white);
+        return;
+    }
+    const QRect paper = viewport()->geometry().adjusted(-kPaperMargin, 0, kPaperMargin, 0);
     painter.fillRect(rect(), kDesk);
     painter.fillRect(paper.left() - 1, 0, paper.width() + 2, height(), kPaperEdge);
     painter.fillRect(paper.left(), 0, paper.width(), height(), Qt::white);

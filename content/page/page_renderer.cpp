@@ -1,8 +1,8 @@
 #include "content/page/page_renderer.h"
 
+#include "content/page/large_picture.h"
 #include "content/page/page_editor.h"
 
-#include <QPixmap>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -50,6 +50,8 @@ PrintPose::PrintPose(PageEditor& editor)
     editor.setPlaceholderText(QString());
     const QSizeF page = editor.document()->size();
     editor.showDesk(false);
+    // It paints every pixel itself; else Qt fills the picture twice before.
+    editor.setAttribute(Qt::WA_OpaquePaintEvent);
     editor.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor.setFixedHeight(qMax(1, static_cast<int>(page.height())));
@@ -66,10 +68,23 @@ PrintPose::~PrintPose()
     m_editor.setFixedWidth(m_width);
     m_editor.setHorizontalScrollBarPolicy(m_horizontal);
     m_editor.setVerticalScrollBarPolicy(m_vertical);
+    m_editor.setAttribute(Qt::WA_OpaquePaintEvent, false);
     m_editor.showDesk(true);
     m_editor.setPlaceholderText(m_placeholder);
     m_editor.setTextInteractionFlags(m_interaction);
     m_editor.setCursorWidth(m_cursorWidth);
+}
+
+/// As QWidget::grab(), into memory that a high page gets sooner.
+QImage grabPart(PageEditor& editor, const QRect& part)
+{
+    const qreal ratio = editor.devicePixelRatioF();
+    QImage image = largePicture((QSizeF(part.size()) * ratio).toSize(), QImage::Format_RGB32);
+    if (image.isNull())
+        return image;
+    image.setDevicePixelRatio(ratio);
+    editor.render(&image, QPoint(), part);
+    return image;
 }
 
 QImage grabRows(PageEditor& editor, int first, int count, int& top)
@@ -78,7 +93,7 @@ QImage grabRows(PageEditor& editor, int first, int count, int& top)
     const int from = static_cast<int>(first / ratio) / kStripAlignment * kStripAlignment;
     const int to = qMin(editor.height(), static_cast<int>((first + count) / ratio) + 1);
     top = qRound(from * ratio);
-    return editor.grab(QRect(0, from, editor.width(), to - from)).toImage();
+    return grabPart(editor, QRect(0, from, editor.width(), to - from));
 }
 
 } // namespace
@@ -89,7 +104,7 @@ QImage renderPage(PageEditor& editor, int widthDots, int plainRows)
     const QSize page = (QSizeF(editor.size()) * editor.devicePixelRatioF()).toSize();
     QImage image;
     if (page.height() <= plainRows && sizeAtWidth(page, widthDots).height() <= plainRows) {
-        image = editor.grab().toImage().scaledToWidth(widthDots, Qt::FastTransformation);
+        image = grabPart(editor, editor.rect()).scaledToWidth(widthDots, Qt::FastTransformation);
     } else {
         const int stripRows = qBound(1, plainRows * widthDots / page.width(), kStripRows);
         image = scaleInStrips(page, widthDots, stripRows, [&editor](int first, int count, int& top) {
@@ -97,5 +112,5 @@ QImage renderPage(PageEditor& editor, int widthDots, int plainRows)
         });
     }
     image.setDevicePixelRatio(1);
-    return std::move(image).convertToFormat(QImage::Format_RGB32); // the paper is opaque, whatever the grab's format
+    return image;
 }

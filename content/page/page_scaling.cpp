@@ -1,5 +1,7 @@
 #include "content/page/page_scaling.h"
 
+#include "content/page/large_picture.h"
+
 #include <QTransform>
 
 #include <cmath>
@@ -77,7 +79,7 @@ QImage scaleInStrips(const QSize& source, int width, int stripRows, const RowSou
             top + strip.height() <= lastRow)
             return {};
         if (result.isNull())
-            result = QImage(size, strip.format());
+            result = largePicture(size, strip.format());
         if (result.isNull())
             return {};
         for (int y = first; y <= last; ++y)
