@@ -5,13 +5,11 @@
 #include "device/port.h"
 #include "device/printer_win.h"
 
-#include <QDeadlineTimer>
 #include <QtDebug>
 
 namespace {
 
 constexpr int kPauseAfterErrorMs = 1000; ///< on top of the poll interval
-constexpr int kPauseSliceMs = 50;        ///< an interruption waits no longer than this
 
 /// The bytes of a batch; the end marker of a frame ends the line, wherever else that byte may stand.
 QString dumpOf(const unsigned char* data, int length)
@@ -60,6 +58,13 @@ PrinterReadThread::~PrinterReadThread()
     requestInterruption();
     quit();
     wait();
+    Q_ASSERT(m_ended);
+}
+
+void PrinterReadThread::requestInterruption()
+{
+    QThread::requestInterruption();
+    m_interrupted.release();
 }
 
 void PrinterReadThread::onCheckSetCrcKeyFirstTime(bool isSuccess)
@@ -69,11 +74,13 @@ void PrinterReadThread::onCheckSetCrcKeyFirstTime(bool isSuccess)
 
 void PrinterReadThread::run()
 {
+    m_ended = false;
     while (!isInterruptionRequested() && waitForConnection()) {
         m_data = m_printer->read(&m_length, &m_result);
         pause(m_pollIntervalMs);
         handleRead();
     }
+    m_ended = true;
 }
 
 /// @return  false: interrupted
@@ -116,10 +123,9 @@ void PrinterReadThread::analysisData(const unsigned char* data)
     }
 }
 
-/// In slices, so that the end of the program does not wait for the next poll.
-void PrinterReadThread::pause(int milliseconds) const
+/// Asleep all the while: to look 20 times a second whether it is over costs more than all else that an idle client does.
+void PrinterReadThread::pause(int milliseconds)
 {
-    const QDeadlineTimer end(milliseconds);
-    while (!isInterruptionRequested() && !end.hasExpired())
-        msleep(static_cast<unsigned long>(qMin<qint64>(kPauseSliceMs, end.remainingTime())));
+    if (!isInterruptionRequested())
+        m_interrupted.tryAcquire(1, milliseconds);
 }

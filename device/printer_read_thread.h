@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QSemaphore>
 #include <QString>
 #include <QThread>
+
+#include <atomic>
 
 class PrinterWin;
 
@@ -19,6 +22,9 @@ public:
     /// @param pollIntervalMs  pause after every read and before every further attempt to connect, more than 0
     explicit PrinterReadThread(QObject* parent = nullptr, int pollIntervalMs = kPollIntervalMs);
     ~PrinterReadThread() override;
+
+    /// QThread's, and ends the pause of the moment, which would else be slept out. Any thread.
+    void requestInterruption();
 
 signals:
     /// One reply of the printer. Emitted in this thread's run(), so that it arrives queued elsewhere.
@@ -38,10 +44,12 @@ private:
     bool waitForConnection();
     void handleRead();
     void analysisData(const unsigned char* data);
-    void pause(int milliseconds) const;
+    void pause(int milliseconds);
 
     PrinterWin* m_printer;
     const int m_pollIntervalMs;
+    QSemaphore m_interrupted;
+    std::atomic<bool> m_ended{true}; ///< run(); for the thread sanitizer, which does not see into QThread::wait()
     // What the last read gave; of run() alone.
     const unsigned char* m_data = nullptr; ///< m_length bytes of the connection's receive buffer
     int m_result = 0;
