@@ -87,6 +87,18 @@ QImage grabPart(PageEditor& editor, const QRect& part)
     return image;
 }
 
+/// A page whose dots are pixels: each strip is painted where it belongs.
+QImage grabUnscaled(PageEditor& editor, int stripRows)
+{
+    QImage image = largePicture(editor.size(), QImage::Format_RGB32);
+    for (int first = 0; first < image.height(); first += stripRows) {
+        const QRect part(0, first, image.width(), qMin(stripRows, image.height() - first));
+        QImage strip(image.scanLine(first), part.width(), part.height(), image.bytesPerLine(), image.format());
+        editor.render(&strip, QPoint(), part);
+    }
+    return image;
+}
+
 QImage grabRows(PageEditor& editor, int first, int count, int& top)
 {
     const qreal ratio = editor.devicePixelRatioF();
@@ -103,7 +115,9 @@ QImage renderPage(PageEditor& editor, int widthDots, int plainRows)
     const PrintPose pose(editor);
     const QSize page = (QSizeF(editor.size()) * editor.devicePixelRatioF()).toSize();
     QImage image;
-    if (page.height() <= plainRows && sizeAtWidth(page, widthDots).height() <= plainRows) {
+    if (page == editor.size() && page.width() == widthDots) {
+        image = grabUnscaled(editor, qMin(plainRows, kStripRows));
+    } else if (page.height() <= plainRows && sizeAtWidth(page, widthDots).height() <= plainRows) {
         image = grabPart(editor, editor.rect()).scaledToWidth(widthDots, Qt::FastTransformation);
     } else {
         const int stripRows = qBound(1, plainRows * widthDots / page.width(), kStripRows);
