@@ -131,8 +131,9 @@ std::int32_t minimumCrossEntropyThreshold(const Histogram& histogram)
     if (total == 0)
         return 0;
     std::array<bool, 256> seen{};
-    // Negative where the sum has wrapped.
-    std::int32_t level = std::max(truncToInt32(static_cast<double>(weightedBinSum(histogram, 0, 255)) / total), 0);
+    // No level where the sum has wrapped.
+    const double mean = static_cast<double>(weightedBinSum(histogram, 0, 255)) / total;
+    std::int32_t level = std::clamp(truncToInt32(mean), 0, 255);
     for (;;) {
         seen[static_cast<std::size_t>(level)] = true;
         const std::int32_t lower = level >= used.low ? milliMean(histogram, used.low, level) : 0;

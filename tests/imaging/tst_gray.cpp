@@ -101,6 +101,8 @@ private slots:
         QCOMPARE(only({{17, 35287010}, {30, 1}, {47, 29597175}}), (Levels{46, 17, 29, 30}));
         // The sum of 2,550,000,000 reads as −1,744,967,296.
         QCOMPARE(only({{255, 10000000}}), (Levels{254, 0, 0, -174}));
+        // More pixels than any picture has: 2^32 + 1 read as one, whose mean is no level.
+        QCOMPARE(only({{0, -9999999}, {200, 10000000}}).mid(2), (Levels{0, 2000000000}));
     }
 
     // Sharpening makes the middle row 50, 182, 103, 155 and 200.
