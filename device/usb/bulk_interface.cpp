@@ -4,9 +4,11 @@
 
 namespace {
 
+/// Number 0 is every device's control pipe, whatever a descriptor calls it.
 bool isBulk(const libusb_endpoint_descriptor& endpoint)
 {
-    return (endpoint.bmAttributes & LIBUSB_TRANSFER_TYPE_MASK) == LIBUSB_TRANSFER_TYPE_BULK;
+    return (endpoint.bmAttributes & LIBUSB_TRANSFER_TYPE_MASK) == LIBUSB_TRANSFER_TYPE_BULK &&
+           (endpoint.bEndpointAddress & LIBUSB_ENDPOINT_ADDRESS_MASK) != 0;
 }
 
 bool isIn(const libusb_endpoint_descriptor& endpoint)

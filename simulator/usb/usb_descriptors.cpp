@@ -48,7 +48,7 @@ QByteArray usbDescriptors(const UsbShape& shape)
     const quint8 type = shape.hasBulkEndpoints ? kBulk : kInterrupt;
     interfaces += interface(number, shape.alternateSetting, 2, shape.interfaceClass) +
                   endpoint(kOutEndpoint, type, shape.packetBytes()) +
-                  endpoint(kInEndpoint, type, shape.packetBytes());
+                  endpoint(shape.inEndpoint, type, shape.packetBytes());
 
     const int total = 9 + interfaces.size();
     return descriptor({kDevice, 0x00, 0x02, 0, 0, 0, 64, low(shape.vendor), high(shape.vendor), low(shape.product),

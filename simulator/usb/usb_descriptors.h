@@ -12,6 +12,7 @@ struct UsbShape
     bool composite = false;       ///< another interface without bulk endpoints comes first, as on a printer with keys
     int alternateSetting = 0;     ///< 1: the endpoints are there only once that setting is chosen
     bool hasBulkEndpoints = true; ///< false: some other device with the same numbers
+    quint8 inEndpoint = 0x81;     ///< as its descriptor says; the printer itself answers at kInEndpoint
     bool configured = true;       ///< false: the system has given it no configuration, as for want of power
 
     int packetBytes() const { return highSpeed ? 512 : 64; }

@@ -116,9 +116,12 @@ private slots:
         row("vendor-specific, behind another interface", shape, 0, opened.arg(1));
         shape.alternateSetting = 2;
         row("only in its third setting", shape, 0, opened.arg(1));
+        const QString otherDevice =
+            "the device has no interface with two bulk endpoints: it is not a printer of this kind [device 1:]";
+        shape.inEndpoint = 0x80;
+        row("its control pipe called a bulk endpoint", shape, LIBUSB_ERROR_NOT_SUPPORTED, otherDevice);
         shape.hasBulkEndpoints = false;
-        row("no bulk endpoints", shape, LIBUSB_ERROR_NOT_SUPPORTED,
-            "the device has no interface with two bulk endpoints: it is not a printer of this kind [device 1:]");
+        row("no bulk endpoints", shape, LIBUSB_ERROR_NOT_SUPPORTED, otherDevice);
         shape.configured = false;
         row("unconfigured", shape, kNotFound,
             "the system has not configured the device, as where a hub has too little power for it: "
