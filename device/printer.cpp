@@ -167,6 +167,11 @@ int Printer::sendRaster(const unsigned char* raster, int size, const RasterObser
     return goOn(size, size) ? 0 : kStopped;
 }
 
+unsigned Printer::session()
+{
+    return s_keyExchange;
+}
+
 void Printer::beginKeyExchange()
 {
     s_keyExchange |= 1U;

@@ -76,6 +76,10 @@ public:
     /// @return  also -3: stopped by the observer
     int sendRaster(const unsigned char* raster, int size, const RasterObserver& goOn);
 
+    /// Another number as soon as keys begin to be exchanged: what was read before may be of a printer that has been
+    /// unplugged since. Any thread.
+    static unsigned session();
+
 signals:
     /// The port has just been opened and the key exchanged. Emitted in the thread that called connectUsb().
     void signalCheckSetCrcKeyFirstTime(bool success);

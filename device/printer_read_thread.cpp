@@ -76,6 +76,7 @@ void PrinterReadThread::run()
 {
     m_ended = false;
     while (!isInterruptionRequested() && waitForConnection()) {
+        m_session = Printer::session();
         m_data = m_printer->read(&m_length, &m_result);
         pause(m_pollIntervalMs);
         handleRead();
@@ -95,12 +96,16 @@ bool PrinterReadThread::waitForConnection()
     return true;
 }
 
+/// A batch lies here for the length of a pause. Meanwhile a job may have brought up another printer, whose head would be
+/// taken for that of the one that has answered.
 void PrinterReadThread::handleRead()
 {
     if (m_result == kPortTimedOut) {
         qDebug() << "read usb data null";
     } else if (m_result != 0) {
         pause(kPauseAfterErrorMs);
+    } else if (m_length > 0 && m_session != Printer::session()) {
+        qDebug() << m_length << "bytes of the connection before are dropped";
     } else if (m_length > 0) {
         qDebug() << "==========Start read============";
         qDebug(" result:%d length = %d data: %X", m_result, m_length, static_cast<unsigned>(m_data[0]));

@@ -54,4 +54,5 @@ private:
     const unsigned char* m_data = nullptr; ///< m_length bytes of the connection's receive buffer
     int m_result = 0;
     int m_length = 0;
+    unsigned m_session = 0; ///< of the connection, before the read
 };

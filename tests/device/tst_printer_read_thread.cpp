@@ -85,6 +85,24 @@ private slots:
         QCOMPARE(log.mid(log.indexOf("==========Start read============") + 1, 13).join('|'), expected);
     }
 
+    /// A K1 is plugged in and brought up, by a job say, while what a K2 has said is not looked at yet.
+    void forgetsThePrinterBefore()
+    {
+        m_printer.reset(SimulatedPrinter::Model::K2);
+        simulatedPort()->read = [](port* self, unsigned char* buffer, int offset, int capacity, int* received) {
+            const int result = s_plainRead(self, buffer, offset, capacity, received);
+            if (QByteArray::fromRawData(reinterpret_cast<char*>(buffer), *received).contains("K2")) {
+                simulatedPrinter().plugIn(SimulatedPrinter::Model::K1);
+                g_printerReady = false;
+                printerConnection()->connectUsb();
+            }
+            return result;
+        };
+        start(kQuickMs);
+        QTRY_VERIFY(m_seen.contains("Quillbox_K1"));
+        QVERIFY(!m_seen.contains("Quillbox_K2"));
+    }
+
     void pausesAfterEveryRead()
     {
         QCOMPARE(PrinterReadThread::kPollIntervalMs, 2000);
