@@ -108,6 +108,8 @@ void MainWindow::createThreads()
     connect(printThread, &QThread::finished, this, &MainWindow::closeAfterJob);
     readThread = new PrinterReadThread;
     connect(readThread, &PrinterReadThread::sigAnalysisSuccess, this, &MainWindow::onAnalysisSuccess);
+    // A reply that came ahead of this signal was of the printer before.
+    connect(readThread, &PrinterReadThread::signalCheckSetCrcKeyFirstTime, this, &forgetReportedModel);
     connect(readThread, &PrinterReadThread::signalCheckSetCrcKeyFirstTime, this,
             &MainWindow::onCheckSetCrcKeyFirstTime);
     readThread->start();

@@ -41,12 +41,6 @@ bool isUp()
     return g_portOpen && g_printerReady;
 }
 
-void forgetModel()
-{
-    g_modelIndex = 0;
-    g_modelConfirmed = false;
-}
-
 } // namespace
 
 bool Printer::connectUsb()
@@ -76,7 +70,7 @@ Printer::BringUp Printer::bringUp()
         openPort();
     if (g_portOpen && !g_printerReady)
         initPrinter();
-    forgetModel();
+    forgetReportedModel();
     return isUp() ? BringUp::Done : BringUp::Failed;
 }
 

@@ -19,6 +19,12 @@ bool takeReportedModel(const QString& name)
     return true;
 }
 
+void forgetReportedModel()
+{
+    g_modelIndex = 0;
+    g_modelConfirmed = false;
+}
+
 int headWidth(int index)
 {
     return index == kWiderHead ? kHeadWidthK2 : kHeadWidthK1;

@@ -19,6 +19,9 @@ extern std::atomic<bool> g_modelConfirmed;
 /// @return whether the name counted
 bool takeReportedModel(const QString& name);
 
+/// Assumes the narrower head again, as for each printer that has not told its model yet. Any thread.
+void forgetReportedModel();
+
 /// Dots in one line of a model's head: 576 for model index 1, 384 for every other value.
 int headWidth(int index);
 
