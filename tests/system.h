@@ -19,6 +19,10 @@ bool limitFiles(qint64 bytes);
 /// The most memory that this process has had so far.
 qint64 peakMegabytes();
 
+/// Bytes that this process holds of the heap now.
+/// @return  0 where the system does not tell, as on Windows
+qint64 memoryInUse();
+
 /// Files, pipes and what else the system lends this process, but for sockets on Linux: umockdev 0.17 forgets one when a
 /// device vanishes just before it is opened. What libusb opens for a device or a context is among the others as well.
 int openHandles();

@@ -6,6 +6,7 @@
 #include <QSslConfiguration>
 
 #include <csignal>
+#include <malloc.h>
 #include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -25,6 +26,17 @@ qint64 peakMegabytes()
 {
     const QString status = QString::fromLatin1(readFile("/proc/self/status"));
     return QRegularExpression("VmHWM:\\s*(\\d+)").match(status).captured(1).toLongLong() / 1024;
+}
+
+/// A sanitizer's own, which stands in the place of the system's.
+extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
+
+qint64 memoryInUse()
+{
+    if (__sanitizer_get_current_allocated_bytes)
+        return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+    const auto heap = mallinfo2();
+    return static_cast<qint64>(heap.uordblks + heap.hblkhd);
 }
 
 int openHandles()

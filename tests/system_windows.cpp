@@ -34,6 +34,11 @@ qint64 peakMegabytes()
     return static_cast<qint64>(counters.PeakWorkingSetSize / (1024 * 1024));
 }
 
+qint64 memoryInUse()
+{
+    return 0;
+}
+
 int openHandles()
 {
     DWORD count = 0;

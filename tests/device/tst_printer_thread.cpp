@@ -1,8 +1,6 @@
 #include "device/port.h"
 #include "device/printer_state.h"
-#include "imaging/binarize.h"
-#include "imaging/conversion.h"
-#include "imaging/halftone.h"
+#include "tests/device/imaged_dots.h"
 #include "tests/device/printer_fixture.h"
 
 #include <thread>
@@ -16,20 +14,6 @@ QImage testPicture(int width, int height)
     for (int i = 0; i < width * height; ++i)
         image.setPixel(i % width, i / width, i % 5 == 0 ? 0 : qRgb(i * 7 % 256, i * 31 % 251, i / 300 % 256));
     return image;
-}
-
-/// The dots that the image library makes of the picture, eight to a byte.
-QByteArray dotsOf(QImage image, int printType)
-{
-    image = image.convertToFormat(QImage::Format_RGB32);
-    ImageBuffer buffer{image.bits(), image.width(), image.height(), 0, FormatBgrx32};
-    printType == 1   ? binarizeImage(&buffer, 3)
-    : printType == 3 ? imageToGray(&buffer)
-                     : halftoneImage(&buffer, 0, 255, 0, printType == 0 ? 2 : 0);
-    QByteArray dots(image.width() * image.height() / 8, '\0');
-    for (int i = 0; i < 8 * dots.size(); ++i)
-        dots[i / 8] = static_cast<char>(dots[i / 8] | (buffer.data[i] == 0) << (7 - i % 8));
-    return dots;
 }
 
 } // namespace
