@@ -4,7 +4,6 @@
 #include "app/globals/model.h"
 #include "benchmarks/contest.h"
 #include "benchmarks/pages.h"
-#include "device/port.h"
 #include "device/printer_thread.h"
 #include "device/printer_win.h"
 
@@ -13,23 +12,6 @@
 #include <zlib.h>
 
 #include <cstdlib>
-
-extern "C" int io_port_creator(port** out, const char*)
-{
-    // Takes every frame and lets it go.
-    static port sink = [] {
-        port made{};
-        made.prepare = [](port*) { return 0; };
-        made.write = [](port*, const unsigned char* buffer, int, int length, int* written) {
-            benchmark::DoNotOptimize(buffer[length - 2]);
-            *written = length;
-            return 0;
-        };
-        return made;
-    }();
-    *out = &sink;
-    return 0;
-}
 
 namespace {
 
