@@ -43,7 +43,7 @@ struct Page
     {
         imaging::grayFromBgrx32(picture.constBits(), pixels(), gray.data());
         for (int y = 0; y < height(); ++y)
-            std::copy_n(gray.data() + y * width(), width(), grayImage.scanLine(y));
+            std::copy_n(gray.begin() + std::ptrdiff_t{y} * width(), width(), grayImage.scanLine(y));
     }
 
     int width() const { return picture.width(); }
@@ -173,9 +173,10 @@ void addPack(const PagePtr& page)
     binarizeImage(&record, kOtsu);
     const std::shared_ptr<PIX> theirs(pixCreate(page->width(), page->height(), 8),
                                       [](PIX* made) { pixDestroy(&made); });
+    auto dot = dots->begin();
     for (int y = 0; y < page->height(); ++y) {
         for (int x = 0; x < page->width(); ++x)
-            pixSetPixel(theirs.get(), x, y, (*dots)[static_cast<std::size_t>(y * page->width() + x)]);
+            pixSetPixel(theirs.get(), x, y, *dot++);
     }
     add(
         page, "pack", "Leptonica",

@@ -36,8 +36,8 @@ void forgetFirstFrame()
 
 qint64 steadyNs()
 {
-    using std::chrono::steady_clock;
-    return std::chrono::nanoseconds(steady_clock::now().time_since_epoch()).count();
+    using namespace std::chrono;
+    return duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
 extern "C" int io_port_creator(port** out, const char*)
