@@ -1,11 +1,8 @@
 #include "imaging/stucki_wave.h"
 
-#include "imaging/picture_checks.h"
 #include "imaging/simd.h"
 
-#include <algorithm>
 #include <array>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
@@ -90,10 +87,10 @@ Slot emptySlot()
 /// Forty-seconds of the errors of one step, each with 128 added.
 struct Shares
 {
-    Register one = all(kNoShare);
-    Register two = all(kNoShare);
-    Register four = all(kNoShare);
-    Register eight = all(kNoShare);
+    Register one;
+    Register two;
+    Register four;
+    Register eight;
 };
 
 // 12484 / 2^16 is a little more than 4/21, by too little to reach another whole number for any error. Rounded down, a
