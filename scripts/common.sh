@@ -55,7 +55,7 @@ test_packages=("${run_packages[@]}" clang-format-14 xvfb openbox x11-utils xdoto
 bench_packages=(libbenchmark-dev pkg-config libyuv-dev libswscale-dev libopencv-imgproc-dev libleptonica-dev libmodpbase64-dev)
 asan_packages=(clang-14 libclang-rt-14-dev llvm) # llvm names the functions of a report
 
-# configure_and_build <preset> <build folder> [cmake arguments…]
+# configure_and_build <preset> <build folder> [cmake arguments…]    builds $target alone, where that is set
 configure_and_build() {
     local preset=$1 folder=$2
     shift 2
@@ -65,7 +65,7 @@ configure_and_build() {
         die "configuring failed"
     }
     step "Build ($preset)"
-    cmake --build "$folder" --parallel "$(nproc)"
+    cmake --build "$folder" --parallel "$(nproc)" ${target:+--target "$target"}
 }
 
 mkdir -p "$build_root"
