@@ -31,10 +31,10 @@ const char kToolBarStyle[] = R"(
 QToolBar { background: #fdffff; border: none; border-bottom: 1px solid #dfdfdf; spacing: 2px; padding: 1px 6px; }
 QToolBar::separator { background: #dfdfdf; width: 1px; margin: 5px 6px; }
 QToolButton { background: transparent; border: 1px solid transparent; border-radius: 4px; padding: 3px; margin: 0; }
-QToolButton:hover:enabled { background: #eef3f8; border-color: #dbe4ee; }
-QToolButton:checked { background: #d9e8fa; border-color: #a8c8ec; }
+QToolButton:enabled:hover { background: #eef3f8; border-color: #dbe4ee; }
+QToolButton:enabled:checked { background: #d9e8fa; border-color: #a8c8ec; }
 QToolButton::menu-indicator { image: none; }
-QToolButton:pressed { background: #c6dcf5; border-color: #8fb8e6; }
+QToolButton:enabled:pressed { background: #c6dcf5; border-color: #8fb8e6; }
 )";
 
 } // namespace

@@ -398,6 +398,10 @@
         <source>这是一段翻译</source>
         <translation>A sample text</translation>
     </message>
+    <message>
+        <source>打印机型号</source>
+        <translation>Printer model</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>

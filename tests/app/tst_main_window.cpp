@@ -410,6 +410,7 @@ private slots:
         }
         QVERIFY(shown<QMessageBox>()->text().contains("V1.0.0") && !shown<QMessageBox>()->isModal());
         shown<QMessageBox>()->close();
+        QTRY_VERIFY(client->findChildren<QMessageBox*>().isEmpty());
         serviceAddress() = kNoService;
         choose(client, "检查更新");
         QTRY_VERIFY(!isChecking());
