@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QBitmap>
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QMovie>
 #include <QPointer>
 #include <QScreen>
@@ -155,9 +154,5 @@ void ProgressCatRunningDialog::closeEvent(QCloseEvent* event)
         QDialog::closeEvent(event);
 }
 
-void ProgressCatRunningDialog::keyPressEvent(QKeyEvent* event)
-{
-    // Not by a reject() that does nothing: close() goes through it too.
-    if (!event->matches(QKeySequence::Cancel))
-        QDialog::keyPressEvent(event);
-}
+/// No key means anything here, least of all Escape. Not by a reject() that does nothing: close() goes through it too.
+void ProgressCatRunningDialog::keyPressEvent(QKeyEvent*) {}
