@@ -129,8 +129,6 @@ void DownloadManager::stopWork()
 void DownloadManager::reset()
 {
     stopWork();
-    m_bytesReceived = 0;
-    m_bytesTotal = 0;
     m_bytesCurrentReceived = 0;
     if (m_file.claim(m_file.name())) // where it is not this transfer's any more, it may be another one's
         removeFile(m_file.name());
@@ -192,8 +190,6 @@ void DownloadManager::onDownloadProgress(qint64 received, qint64 total)
 {
     if (m_isStop)
         return;
-    m_bytesReceived = received;
-    m_bytesTotal = total;
     emit signalDownloadProcess(received + m_bytesCurrentReceived, total + m_bytesCurrentReceived);
 }
 

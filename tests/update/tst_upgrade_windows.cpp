@@ -163,7 +163,8 @@ private slots:
             {large, "1", large.left(100)},
             {"CON" + QString(97, ' '), "x", "_CON"},
             {large.left(99) + dog, "1", large.left(99)},
-            {cjk.repeated(40), "1", cjk.repeated(40).left(80)}}; // in bytes as many as a file system takes
+            {cjk.repeated(26) + "12345678", "9",
+             cjk.repeated(26) + "12345678"}}; // in bytes as many as a file system takes
         for (const auto& [category, code, name] : rows)
             QCOMPARE(installerName(category, code), name + ".exe");
     }
