@@ -20,6 +20,10 @@
 
 namespace {
 
+/// Points that a person could choose. Others would make a page that nobody can read, or that nobody can paint.
+constexpr qreal kFontDialogLeast = 1;
+constexpr qreal kFontDialogMost = 512;
+
 /// Loads nothing by itself: neither style sheets nor pictures of a page from elsewhere.
 class PastedDocument : public QTextDocument
 {
@@ -138,7 +142,8 @@ void plainInk(const TextRun& run, QTextDocument& pasted)
     const bool sized = format.hasProperty(QTextFormat::FontPixelSize) ||
                        format.hasProperty(QTextFormat::FontPointSize) ||
                        format.hasProperty(QTextFormat::FontSizeAdjustment);
-    setPointSize(format, sized ? pointSize(run.format, pasted.defaultFont()) : pasted.defaultFont().pointSizeF());
+    const qreal points = sized ? pointSize(run.format, pasted.defaultFont()) : pasted.defaultFont().pointSizeF();
+    setPointSize(format, qBound(kFontDialogLeast, points, kFontDialogMost));
     run.select(pasted).setCharFormat(format);
 }
 

@@ -325,6 +325,13 @@ private slots:
         QTest::newRow("rich text of old") << "<qt>" + behind << false << none << "plain20 L";
         QTest::newRow("rich text") << rich << false << none
                                    << "light 28.8 bold28.8B #0000ff #ff0000x40 #000000x90 #0000ffx200 L";
+        QString sizes;
+        for (const char* size : {"1", "2", "4", "5", "6", "7", "99", "-9"})
+            sizes += QString("<font size=%1>a</font><b>b</b>").arg(size);
+        sizes += "<i style='font-size:999pt'>a</i><u style='font-size:0.1pt'>b</u>";
+        QTest::newRow("sizes")
+            << sizes << false << none
+            << "a14 b20B a16 b20B a24 b20B a30 b20B a40 b20B a48 b20B a48 b20B a14 b20B a512I b1U UL";
         QTest::newRow("files") << QString() << false << files << "#ff0000 #0000ff L";
     }
 
@@ -359,6 +366,21 @@ private slots:
         QDropEvent drop(QPoint(99, 99), Qt::CopyAction, source, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(editor()->viewport(), &drop);
         QTEST(page(), "expected");
+    }
+
+    /// For other programs: the words, the text with what it shows, and a picture that is copied alone.
+    void goesToTheClipboard()
+    {
+        perform("'ab + 'cd Ctrl+A Ctrl+C");
+        const QClipboard& clipboard = *QApplication::clipboard();
+        QCOMPARE(clipboard.text(), QString("ab\n\ncd"));
+        QVERIFY(clipboard.mimeData()->html().contains(dataAddress(picture(1)).section(',', 0, 0)));
+        QVERIFY(!clipboard.mimeData()->hasImage());
+        perform("Ctrl+Home Down Shift+Right Ctrl+C");
+        QCOMPARE(clipboard.image().size(), picture(1).size());
+        QVERIFY(clipboard.text().isEmpty());
+        perform("Ctrl+Home Shift+Right Ctrl+C");
+        QVERIFY(clipboard.text() == "a" && !clipboard.mimeData()->hasImage());
     }
 
     void keysAndButtons_data()
