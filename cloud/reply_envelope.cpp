@@ -28,7 +28,6 @@ ReplyEnvelope readSuccess(const QJsonObject& envelope)
     if (!envelope.value(kResult).isString())
         return failure(QStringLiteral("known error"));
     ReplyEnvelope result;
-    result.text = envelope.value(kResult).toString();
     result.content = envelope.value(kContent).toObject();
     result.outcome =
         envelope.value(kContent).isObject() ? ReplyEnvelope::Outcome::Success : ReplyEnvelope::Outcome::NoContent;

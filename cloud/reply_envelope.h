@@ -14,7 +14,7 @@ struct ReplyEnvelope
     };
 
     Outcome outcome = Outcome::NoCode;
-    QString text;
+    QString text; ///< of a failure
     QJsonObject content;
     bool enciphered = false; ///< it came within "data"
     QString plainText;       ///< the envelope as JSON, deciphered where need be

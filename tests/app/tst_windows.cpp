@@ -27,6 +27,7 @@
 #include <QDir>
 #include <QMenuBar>
 #include <QPainter>
+#include <QProgressBar>
 #include <QScrollArea>
 #include <QTextEdit>
 #include <QTranslator>
@@ -299,6 +300,7 @@ private slots:
         QPainter painter(&sheet);
         auto* progress = window.findChild<PrintProgress*>();
         progress->setRunning(true);
+        QCOMPARE(progress->findChild<QProgressBar*>()->value(), 0);
         progress->setSent(1, 3);
         QTRY_VERIFY(progress->isVisible());
         window.setFocus(); // no caret blinks, and no button passes the focus on
