@@ -68,7 +68,7 @@ Printer::BringUp Printer::bringUp()
         return BringUp::NotNeeded;
     if (!g_portOpen)
         openPort();
-    if (g_portOpen && !g_printerReady)
+    if (g_portOpen)
         initPrinter();
     forgetReportedModel();
     return isUp() ? BringUp::Done : BringUp::Failed;

@@ -197,7 +197,10 @@ private slots:
                    client->page()->printAction()->isEnabled() == enabled;
         };
         client->page()->editor()->setPlainText(QStringLiteral("Quillbox\n").repeated(20));
+        client->findChild<QPushButton*>("pictureButton")->setFocus(); // which is taken from the print button alone
         QTRY_VERIFY(isConnecting() && says(false, "正在连接打印机，请稍候再打印"));
+        QCOMPARE(client->focusWidget()->objectName(), QString("pictureButton"));
+        client->page()->editor()->setFocus();
         QTRY_VERIFY(says(true, "打印 (Ctrl+P)"));
         simulatedPrinter().fault([](auto& faults) { faults.bytesUntilHolding = 10000; });
         QElapsedTimer time;
