@@ -248,6 +248,7 @@ private slots:
         api.login("小明", "s3cret 密", [&id](const UserModel& user) { id = user.userId; });
         QTRY_COMPARE(id, 9);
         QVERIFY(s_log.contains("userPassWord") && !s_log.contains("s3cret"));
+        QVERIFY(s_log.contains(R"({"code":1,"content":{"userId":9})")); // as it was deciphered
         QCOMPARE(m_service.requests().last().parameters.size(), 8);
         QCOMPARE(m_service.requests().last().parameters["language"], QJsonValue("zh_CN"));
 
