@@ -11,10 +11,10 @@
 #include "content/page/page_renderer.h"
 #include "device/printer.h"
 #include "simulator/cloud/simulated_service.h"
-#include "tests/app/shell_fixture.h"
-#include "tests/device/imaged_dots.h"
 #include "soak/flatness.h"
 #include "soak/killed_draft.h"
+#include "tests/app/shell_fixture.h"
+#include "tests/device/imaged_dots.h"
 
 #include <QAction>
 #include <QDir>

@@ -12,6 +12,8 @@ namespace {
 constexpr char kDevicePath[] = "/sys/devices/usb1/1-1";
 constexpr char kBusFolder[] = "/sys/bus/usb/devices";
 constexpr uid_t kNobody = 65534;
+constexpr int kFirstAddress = 2; ///< the bus itself is 1
+constexpr int kLastAddress = 127;
 
 QByteArray hexNumber(quint16 number)
 {
@@ -89,7 +91,9 @@ void VirtualUsbPrinter::mirror(bool pluggedIn)
 
 void VirtualUsbPrinter::addDevice()
 {
-    ++m_address;
+    m_address = m_address == kLastAddress ? kFirstAddress : m_address + 1;
+    if (m_devices.size() > kLastAddress)
+        m_devices.erase(m_devices.begin());
     m_devices.push_back(std::make_unique<UsbfsDevice>(m_printer, m_faults, m_shape));
     GError* error = nullptr;
     if (!umockdev_testbed_attach_ioctl(m_bus, nodePath(), m_devices.back()->handler(), &error))

@@ -48,9 +48,9 @@ private:
     UsbShape m_shape;
     bool m_denied = false;
     bool m_onBus = false;
-    QByteArray m_leftNode;                               ///< of the device before, while it is attached
-    int m_address = 1;                                   ///< grows with every device, as a real bus counts them
-    std::vector<std::unique_ptr<UsbfsDevice>> m_devices; ///< all that ever were: some may still be open
+    QByteArray m_leftNode; ///< of the device before, while it is attached
+    int m_address = 1;     ///< grows with every device and wraps, as a real bus counts them
+    std::vector<std::unique_ptr<UsbfsDevice>> m_devices; ///< a round of addresses: some may still be open
 };
 
 /// The calling thread without root's right to open everything, for as long as this lives. Without effect for others.
