@@ -7,6 +7,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cstdio>
+#include <unistd.h>
+
 class LogHandlersTest : public QObject
 {
     Q_OBJECT
@@ -28,6 +31,26 @@ private slots:
         }
         const QString log = readFile("quillbox_log.txt");
         QVERIFY2(QRegularExpression('^' + records + '$').match(log).hasMatch(), qPrintable(log));
+    }
+
+    /// The short form says where for what is critical, the other one always.
+    void consoleRecords()
+    {
+        QFile file("console.txt");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const int console = dup(2);
+        dup2(file.handle(), 2);
+        for (const auto handler : {consoleMessageHandler, verboseConsoleMessageHandler}) {
+            for (const QtMsgType type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg})
+                handler(type, QMessageLogContext("a.cpp", 7, "f()", "default"), "text");
+        }
+        std::fflush(stderr);
+        dup2(console, 2);
+        close(console);
+        const QString where = " text (a.cpp:7, f())\n";
+        QCOMPARE(QString(readFile("console.txt")).remove('\r'),
+                 "Debug: text\nInfo: text\nWarning: text\nCritical:" + where + "Debug:" + where + "Info:" + where +
+                     "Warning:" + where + "Critical:" + where);
     }
 
     void quotes()

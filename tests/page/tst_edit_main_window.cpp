@@ -412,7 +412,7 @@ private slots:
         row("", "Ctrl+B 'ab Ctrl+B + Ctrl+A", "ab20B #000000 BL");                // pictures have no weight
         row("<img src='data:,P1 1 1 1'>", "Ctrl+A Ctrl+X Ctrl+V", "#000000x1 L"); // keeps its size
         row("", "'abc Ctrl+P @Ctrl+Z @Ctrl+Z", "L"); // a print is nothing to be undone, and forgets nothing
-        row("", "'a @Ctrl+Z Ctrl+Y 'b @Ctrl+Z Ctrl+Shift+Z", "ab20 L");
+        row("", "'a @Ctrl+Z @Ctrl+Y @Ctrl+Shift+Z 'b @Ctrl+Z Ctrl+Y", "ab20 L"); // the button has either key
 
         // What the box of the size shows stands behind "=".
         const QString two = "<span style='font-size:20pt'>ab</span><span style='font-size:40pt'>cd</span>";
@@ -440,6 +440,18 @@ private slots:
             editor()->setHtml(html);
         perform(steps);
         QCOMPARE(page() + (expected.contains("=") ? "=" + sizeBox()->currentText() : QString()), expected);
+    }
+
+    /// It turns the page, also beside it, and no size that the pointer passes over.
+    void wheel()
+    {
+        editor()->setPlainText(QString(99, '\n'));
+        for (QWidget* under : {static_cast<QWidget*>(sizeBox()), editor()->parentWidget()}) {
+            QWheelEvent turn({9, 9}, under->mapToGlobal({9, 9}), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(under, &turn);
+            QCOMPARE(editor()->verticalScrollBar()->value() > 0, under != sizeBox());
+        }
+        QCOMPARE(sizeBox()->currentText(), QString("20"));
     }
 
     void fontDialog()
@@ -481,10 +493,14 @@ private slots:
             QVERIFY(menu->actions().contains(action(id)) && !action(id)->isEnabled());
         menu.reset();
         QVERIFY(action(EditorActions::Paste)->isEnabled()); // for what comes after the menu
-        perform("'ab Ctrl+A");
-        for (const auto id : {EditorActions::Cut, EditorActions::Paste, EditorActions::Paste})
+        perform("'ab");
+        using Id = EditorActions;
+        for (const auto id : {Id::SelectAll, Id::Copy, Id::Paste, Id::Paste, Id::SelectAll, Id::Cut, Id::Paste})
             action(id)->trigger();
         QCOMPARE(page(), QStringLiteral("abab20 L"));
+        QContextMenuEvent click(QContextMenuEvent::Mouse, {9, 9});
+        QApplication::sendEvent(editor()->viewport(), &click);
+        QVERIFY(QApplication::activePopupWidget()->inherits("QMenu") && QApplication::activePopupWidget()->close());
     }
 };
 

@@ -11,6 +11,8 @@
 #include <QAction>
 #include <QBuffer>
 #include <QClipboard>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QProcess>
@@ -118,6 +120,7 @@ private slots:
     {
         // The test library sets another resolution than the screen's, which would change the size of pictures.
         QCoreApplication::setAttribute(Qt::AA_Use96Dpi, false);
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); // nobody reaches into those
     }
 
     void init()
@@ -256,6 +259,29 @@ private slots:
         QCOMPARE(runs[1].end - runs[1].begin, 1);
         QCOMPARE(editor()->horizontalScrollBar()->maximum(), 0);
         QVERIFY(!contentOf(*editor()).html.contains("file:"));
+    }
+
+    /// The dialog shows the drafts that other clients have left, once, and then where a page was opened last.
+    void opensByTheDialog()
+    {
+        leave("left by another", 99);
+        leave("newest", 50);
+        put("page.html", "<html>opened");
+        const auto window = client();
+        QStringList shown;
+        for (int i = 0; i < 2; ++i) {
+            QTimer::singleShot(0, qApp, [&] {
+                auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                shown += dialog->directory().path();
+                dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path("page.html"));
+                QTest::keyClick(dialog->findChild<QLineEdit*>("fileNameEdit"), Qt::Key_Return);
+            });
+            window->openAction()->trigger();
+        }
+        QCOMPARE(text(*window), QString("opened"));
+        QCOMPARE(shown, (QStringList{folder(), m_folder->path()}));
+        PageContent page;
+        QCOMPARE(readPage(path("none.html"), PageOrigin::Anybody, &page), PageFault::CannotRead);
     }
 
     void newPage()
