@@ -208,6 +208,7 @@ private slots:
         for (const QByteArray part : {"<b>x", "<i></b>", "<td colspan=2000 rowspan='999'>"})
             QTest::newRow(part) << "<html>" + part.repeated(1200) << Fault::TooLarge;
         QTest::newRow("tables") << "<html>" + QByteArray("<table><tr><td>").repeated(12) << Fault::TooLarge;
+        QTest::newRow("closed") << "<html>" + QByteArray("<b>x</b>").repeated(1200) << Fault::None;
         QTest::newRow("flat") << "<html>" + QByteArray("<p>x<li>x").repeated(900) << Fault::None;
         QTest::newRow("text") << "<html>" + QByteArray("word ").repeated(2 << 20) << Fault::TooLarge;
         QTest::newRow("word") << "<html>" + QByteArray(200 << 10, 'x') << Fault::TooLarge;

@@ -55,7 +55,9 @@ private slots:
         interlaced.replace(28, 5, QByteArray::fromHex("017ec7b1fe")); // with the header's check sum
         reads(interlaced, out, "too large");
         // 2100 × 2 dots, of which the one frame takes two; Qt tells 2 × 2.
-        reads(QByteArray::fromHex("47494638396134080200010a002c00000000020001000002020c003b"), out, "too large");
+        QByteArray gif = QByteArray::fromHex("47494638396134080200010a002c00000000020001000002020c003b");
+        reads(gif, out, "too large");
+        reads(gif.replace(6, 4, QByteArray("\2\0\x34\x08", 4)), out, "too large"); // 2 × 2100
     }
 
     void contents()
