@@ -2,7 +2,6 @@
 
 #include "ui_qx_message_dialog.h"
 
-#include <QEvent>
 #include <QPushButton>
 
 namespace {
@@ -32,11 +31,4 @@ void QXMessageDialog::setText(const QString& text)
 void QXMessageDialog::setDefaultButton(QDialogButtonBox::StandardButton button)
 {
     m_ui->buttonBox->button(button)->setDefault(true);
-}
-
-void QXMessageDialog::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::LanguageChange)
-        m_ui->retranslateUi(this); // leaves the message alone, which is no text of the form
-    QDialog::changeEvent(event);
 }

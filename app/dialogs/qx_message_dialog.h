@@ -26,9 +26,6 @@ public:
     /// Which button has the focus at first and is pressed by Return; OK unless told otherwise. Before it is shown.
     void setDefaultButton(QDialogButtonBox::StandardButton button);
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     std::unique_ptr<Ui::QXMessageDialog> m_ui;
 };

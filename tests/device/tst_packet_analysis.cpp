@@ -38,6 +38,8 @@ private slots:
         row("cut in the header", "02 07 00 02", {});
         row("length runs past the batch", "02 07 00 ffff 4b31" + k1, {"7 K1"});
         row("high byte of the length", "02 fe 00 0001 00", {});
+        const QByteArray dots(2 * 258, '4');
+        row("258 bytes", "02 fe 00 0201" + dots + "c2a1b0d4 03" + k1, {"fe " + dots, "7 K1"});
         row("a start byte behind a false one", "02" + k1, {"7 K1"});
         row("last payload byte cut", "02 07 00 0200 4b", {});
         row("CRC cut", "02 07 00 0200 4b31", {"7 K1"});

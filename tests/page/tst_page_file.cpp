@@ -363,7 +363,7 @@ private slots:
     void onlyWhatChanges()
     {
         leave("page", 50);
-        const auto window = client();
+        auto window = client();
         const QDateTime before = QFileInfo(draft(0)).lastModified();
         window->writeDraft();
         QCOMPARE(QFileInfo(draft(0)).lastModified(), before);
@@ -371,6 +371,12 @@ private slots:
         window->writeDraft();
         QVERIFY(QFileInfo(draft(0)).lastModified() != before);
         QVERIFY(readFile(draft(0)).contains(R"(name="quillbox-caret" content="4")"));
+        window.reset();
+        QVERIFY(makeOlder(draft(0), 50));
+        const QDateTime older = QFileInfo(draft(0)).lastModified();
+        window = client(); // with the caret where it was
+        window->writeDraft();
+        QCOMPARE(QFileInfo(draft(0)).lastModified(), older);
         window->newAction()->trigger();
         window->writeDraft();
         QCOMPARE(files(), QStringList("page.html.lock"));
