@@ -13,7 +13,7 @@ inline QImage noise(QRandomGenerator& random, int width, int height)
 {
     QImage picture(width, height, QImage::Format_RGB32);
     auto* pixels = reinterpret_cast<quint32*>(picture.bits());
-    random.generate(pixels, pixels + width * height);
+    random.generate(pixels, pixels + static_cast<qint64>(width) * height);
     return picture;
 }
 
