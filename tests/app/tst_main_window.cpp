@@ -313,7 +313,7 @@ private slots:
         const QRect before = client->geometry();
 
         QTest::keySequence(client->page()->editor(), QKeySequence("Ctrl+Shift+S"));
-        QVERIFY(client->width() <= 1 && client->height() <= 1);
+        QVERIFY(client->width() <= 1 && client->height() <= 1 && client->geometry().topLeft().isNull());
         client.click("screenshotButton"); // an impatient second click is not a second capture
         QTRY_VERIFY(shown<CaptureScreen>());
         const QPointer<CaptureScreen> overlay = shown<CaptureScreen>();

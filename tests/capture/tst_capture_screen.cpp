@@ -36,10 +36,22 @@ class CaptureScreenTest : public QObject
 
     static bool everyDotIs(const QPoint& at, const QColor& colour)
     {
-        const QImage dots = QGuiApplication::primaryScreen()->grabWindow(0, at.x(), at.y(), 1, 1).toImage();
+        const QImage dots = shown({at, QSize(1, 1)}).toImage();
         QImage expected = dots;
         expected.fill(colour);
         return dots == expected;
+    }
+
+    static QPixmap shown(const QRect& place)
+    {
+        return QGuiApplication::primaryScreen()->grabWindow(0, place.x(), place.y(), place.width(), place.height());
+    }
+
+    static bool hasWhite(const QPixmap& picture)
+    {
+        const QImage dots = picture.toImage().convertToFormat(QImage::Format_RGB32);
+        const auto* pixels = reinterpret_cast<const QRgb*>(dots.constBits());
+        return std::count(pixels, pixels + dots.width() * dots.height(), qRgb(255, 255, 255)) > 0;
     }
 
     /// A step is a drag between two points, the name of a button, "AltF4", or a key.
@@ -117,15 +129,7 @@ private slots:
     void hintGoesWithTheDrag()
     {
         const QRect place(m_overlay->width() / 2 - 30, m_overlay->height() / 12, 60, 40);
-        const auto hasWhite = [](const QPixmap& picture) {
-            const QImage dots = picture.toImage().convertToFormat(QImage::Format_RGB32);
-            const auto* pixels = reinterpret_cast<const QRgb*>(dots.constBits());
-            return std::count(pixels, pixels + dots.width() * dots.height(), qRgb(255, 255, 255)) > 0;
-        };
-        const auto isHinted = [&] {
-            return hasWhite(
-                QGuiApplication::primaryScreen()->grabWindow(0, place.x(), place.y(), place.width(), place.height()));
-        };
+        const auto isHinted = [&] { return hasWhite(shown(place)); };
         QTRY_VERIFY(isHinted());
         QSignalSpy pictures(m_overlay.get(), &CaptureScreen::signalCompleteCature);
         QTest::mousePress(m_overlay->windowHandle(), Qt::LeftButton, {}, place.topLeft());
@@ -134,6 +138,15 @@ private slots:
         QTest::mouseRelease(m_overlay->windowHandle(), Qt::LeftButton, {}, place.bottomRight());
         perform("Return");
         QVERIFY(pictures.size() == 1 && !hasWhite(pictures[0][0].value<QPixmap>()));
+    }
+
+    /// The size of what is selected stays on the screen.
+    void sizeAtTheEdge()
+    {
+        const int right = m_overlay->width();
+        QTest::mousePress(m_overlay->windowHandle(), Qt::LeftButton, {}, {right - 9, 200});
+        QTest::mouseMove(m_overlay->windowHandle(), {right - 1, 240});
+        QTRY_VERIFY(hasWhite(shown({right - 50, 170, 30, 30})));
     }
 
     // 240 under the veil is 240 * (255 - 100) / 255 = 146. Closing the last window does not end the program.

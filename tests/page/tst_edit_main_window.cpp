@@ -424,7 +424,7 @@ private slots:
         row(two, "End = '12 Ctrl+Z Up Return 'x", "ab20 cd40 x48 L=48"); // undoes what was typed, not the page
         row(two, "End = '22 Up Up Down Return 'x", "ab20 cd40 x24 L=24");
         row(two, "End = '12 Up '8 Return 'x", "ab20 cd40 x8 L=8"); // what is typed next replaces the step
-        row(two, "End = F4 Home Return 'x", "ab20 cd40 x6 L=6"); // of the list
+        row(two, "End = F4 Home Return 'x", "ab20 cd40 x6 L=6");   // of the list
         row(two, "End = '24 Esc 'x", "ab20 cdx40 L=40");
         row(two, "End = '24 . End 'x", "ab20 cdx40 L=40");
         row(two, "Ctrl+A = Return 'x", "x40 L=40");
