@@ -112,6 +112,7 @@ void MainWindow::createThreads()
     connect(readThread, &PrinterReadThread::signalCheckSetCrcKeyFirstTime, this, &forgetReportedModel);
     connect(readThread, &PrinterReadThread::signalCheckSetCrcKeyFirstTime, this,
             &MainWindow::onCheckSetCrcKeyFirstTime);
+    m_session = Printer::session();
     readThread->start();
 }
 
@@ -198,7 +199,7 @@ void MainWindow::doPrint(QImage image, int printType)
     }
     // start() has no effect on a thread that runs. The job stored here is then lost to the next request, which stores
     // its own before it starts (docs/architecture.md, "Kept behaviour").
-    printThread->setImage(image, printType);
+    printThread->setImage(image, printType, m_session);
     printThread->start();
     showPrintState();
 }
@@ -362,6 +363,7 @@ void MainWindow::onDeviceInitTimeout()
 
 void MainWindow::onCheckSetCrcKeyFirstTime(bool isSuccess)
 {
+    m_session = Printer::session();
     if (isSuccess)
         m_toldModel.clear(); // of the printer before
     if (!isSuccess || deviceBusy)

@@ -133,6 +133,7 @@ private:
     // NOLINTEND(readability-identifier-naming)
 
     MoreActions* m_moreActions = nullptr;
+    unsigned m_session = 0;                   ///< of the connection that the window was told of
     QString m_toldModel;                      ///< by the printer since it was connected
     QPointer<GetSWVersionApi> m_versionCheck; ///< the newest one that is under way
     bool m_tellsNewest = false;               ///< the user asked for it

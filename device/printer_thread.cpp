@@ -19,6 +19,7 @@
 
 namespace {
 
+constexpr int kOtherSession = -1;
 constexpr std::uint16_t kFeedAfterJob = 300; ///< dot lines from the head to the tear bar and a margin
 constexpr int kOtsu = 3;
 constexpr int kPolarityNormal = 0;
@@ -96,9 +97,15 @@ PrinterThread::~PrinterThread()
 
 void PrinterThread::setImage(const QImage& image, int printType)
 {
+    setImage(image, printType, Printer::session());
+}
+
+void PrinterThread::setImage(const QImage& image, int printType, unsigned session)
+{
     const std::lock_guard<std::mutex> lock(m_jobMutex);
     m_image = image;
     m_printType = printType;
+    m_session = session;
     noteMove(); // a thread that has been started runs before it is in run()
 }
 
@@ -138,10 +145,12 @@ PrinterThread::Result PrinterThread::printStoredImage()
 {
     QImage image;
     int printType = PrintPhoto;
+    unsigned session = 0;
     {
         const std::lock_guard<std::mutex> lock(m_jobMutex);
         image = std::exchange(m_image, QImage());
         printType = m_printType;
+        session = m_session;
     }
     if (image.isNull())
         return {1, QStringLiteral("image is null")};
@@ -150,15 +159,16 @@ PrinterThread::Result PrinterThread::printStoredImage()
     if (m_canceled)
         return canceled;
     const QString connectionFailed = tr("连接失败,请尝试\n1.检查设备是否开启\n2.检查设备是否连接\n3.重新插拔USB");
-    if (!m_printer->connectUsb())
+    if (session != Printer::session() || !m_printer->connectUsb())
         return m_canceled ? canceled : Result{1, connectionFailed};
     if (!isPrintPathAvailable())
         return {1, tr("连接失败,重新启动APP")};
 
     qDebug() << "QxPrintThread::run" << QDateTime::currentSecsSinceEpoch();
     m_lastMove = kMakingDots;
+    const unsigned begun = Printer::session(); // by the job itself, where nobody has before
     const Raster raster = rasterOf(std::move(image), printType);
-    const int result = sendObserved(raster.bytes.get(), raster.size);
+    const int result = begun == Printer::session() ? sendObserved(raster.bytes.get(), raster.size) : kOtherSession;
     if (m_canceled)
         return canceled; // also when the last frame failed: nobody waits for this page
     if (result != 0)

@@ -34,6 +34,9 @@ public:
     ///                   a byte that does not count, other depths are converted
     /// @param printType  a PrintType; with any other number only pure black is burnt
     void setImage(const QImage& image, int printType);
+    /// The same for a page of a session of the connection (Printer::session()). It fails unsent where another one has
+    /// begun until the job runs: the printer that is there may have another head.
+    void setImage(const QImage& image, int printType, unsigned session);
 
     /// Ends the job that was started last before its next frame, unless it has ended; one that is started later is not
     /// concerned. What has left is printed, and no feed follows. The interruption of the thread does not do that. Any
@@ -79,8 +82,9 @@ private:
     PrinterWin* m_printer;
     std::atomic<bool> m_canceled{false}; ///< the job that runs; changed under the mutex, read by the job without it
     std::atomic<int> m_portFailure{0};   ///< set before the result is reported
-    std::mutex m_jobMutex;               ///< guards the two below while they are handed over, never during a job
+    std::mutex m_jobMutex;               ///< guards the three below while they are handed over, never during a job
     QImage m_image;
     int m_printType = PrintPhoto;
+    unsigned m_session = 0;
     std::atomic<qint64> m_lastMove{0}; ///< on the steady clock, in ms; kMakingDots meanwhile
 };

@@ -239,6 +239,29 @@ private slots:
         QVERIFY(isBehind && !shown<QMessageBox>());
     }
 
+    /// Another one has come, and the window has not been told yet, so the page is as wide as the head is taken to be.
+    void printsOnNoPrinterUnawares()
+    {
+        simulatedPrinter().reset(Model::K2);
+        Client client;
+        QTRY_VERIFY(isConnecting());
+        QTRY_VERIFY(!isConnecting());
+        client->page()->editor()->setPlainText("page");
+        std::thread([] {
+            g_printerReady = false;
+            printerConnection()->connectUsb();
+        }).join();
+        client->page()->printPage();
+        bool isTold = false;
+        QTimer reader;
+        reader.callOnTimeout([&] { isTold = isTold || (shown<QMessageBox>() && shown<QMessageBox>()->close()); });
+        reader.start(10);
+        QTRY_VERIFY(isTold);
+        QVERIFY(simulatedPrinter().jobLines().isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(g_modelConfirmed && !isConnecting(), 9000);
+        QVERIFY(prints(client, 576));
+    }
+
     /// In the menu, and below the text of the box, which stays as it is.
     void causeIsTold()
     {
