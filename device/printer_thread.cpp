@@ -159,7 +159,8 @@ PrinterThread::Result PrinterThread::printStoredImage()
     if (m_canceled)
         return canceled;
     const QString connectionFailed = tr("连接失败,请尝试\n1.检查设备是否开启\n2.检查设备是否连接\n3.重新插拔USB");
-    if (session != Printer::session() || !m_printer->connectUsb())
+    const bool isAnother = g_printerReady && session != Printer::session(); // else the job brings it up itself
+    if (isAnother || !m_printer->connectUsb())
         return m_canceled ? canceled : Result{1, connectionFailed};
     if (!isPrintPathAvailable())
         return {1, tr("连接失败,重新启动APP")};

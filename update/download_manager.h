@@ -76,11 +76,10 @@ private:
     QTimer m_refusalTimer; ///< runs between a refused start and its signal
     QString m_refusal;     ///< why nothing was started
     bool m_supportRange = false;
-    qint64 m_bytesRead = 0; ///< from the running reply, written or dropped
-    qint64 m_bytesCurrentReceived =
-        0;                            ///< where to resume: m_bytesRead of the replies before, which a pause would add
-    bool m_isStop = true;             ///< no transfer runs
-    QNetworkReply* m_reply = nullptr; ///< stays after its end, until the next start or stopWork()
+    qint64 m_bytesRead = 0;            ///< from the running reply, written or dropped
+    qint64 m_bytesCurrentReceived = 0; ///< where to resume; a pause would add m_bytesRead
+    bool m_isStop = true;              ///< no transfer runs
+    QNetworkReply* m_reply = nullptr;  ///< stays after its end, until the next start or stopWork()
     int m_silenceLimitMs = 30000;
     qint64 m_sizeLimit = qint64{2} * 1024 * 1024 * 1024;
 };

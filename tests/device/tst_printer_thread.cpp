@@ -53,6 +53,19 @@ private slots:
         QCOMPARE(simulatedPrinter().report().paperLines, qint64{0});
     }
 
+    /// Of a printer that is there in its place nothing is known; one that nobody has brought up yet is as it always was.
+    void pageOfAnEarlierSession()
+    {
+        PrinterThread thread;
+        for (const bool isUp : {true, false}) {
+            QVERIFY(printerConnection()->connectUsb());
+            g_printerReady = isUp;
+            thread.setImage(testPicture(384, 8), 1, Printer::session() - 2);
+            QCOMPARE(runStoredJob(thread), QStringList{isUp ? kNotSent : kSent});
+            QCOMPARE(simulatedPrinter().report().paperLines > 0, !isUp);
+        }
+    }
+
     /// However soon the receiver, another thread, has mended it.
     void keepsWhatMadeItFail()
     {
