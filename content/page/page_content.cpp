@@ -69,6 +69,7 @@ QString settled(QString html, const QTextDocument& document)
 {
     markBehindTables(html, document);
     html.remove(QChar::Null);
+    html = QString::fromUtf8(html.toUtf8()); // in half a character, as some pictures' names are, no pattern matches
     html.remove(QStringLiteral(" style=\"\"")); // of list items that were read before
     // Headings would be large and bold whatever their text is, links underlined, and lines of <pre> come back as others:
     // their text has its own format.
