@@ -15,6 +15,9 @@ namespace {
 // anchor, which is all that Qt paints itself, the samples are Qt's own.
 constexpr int kAnchorDistance = kPaintableRows + 1;
 
+/// Of the result. One of all that Qt paints may be the whole of a wide picture once more, and again as converted.
+constexpr int kRowsAtOnce = 512;
+
 int sourceOf(int position, double step, int sourceLength)
 {
     const int anchor = position - position % kAnchorDistance;
@@ -96,7 +99,10 @@ QImage scaleToWidth(const QImage& picture, int width)
         return picture.scaledToWidth(width, Qt::FastTransformation);
     const auto rows = [&picture](int first, int count, int& top) {
         top = first;
-        return picture.copy(0, first, picture.width(), count).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        QImage strip(picture.constScanLine(first), picture.width(), count, picture.bytesPerLine(), picture.format());
+        if (picture.colorCount() > 0)
+            strip.setColorTable(picture.colorTable());
+        return strip.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     };
-    return scaleInStrips(picture.size(), width, kPaintableRows, rows);
+    return scaleInStrips(picture.size(), width, kRowsAtOnce, rows);
 }
