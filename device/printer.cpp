@@ -21,6 +21,7 @@ constexpr int kFrameFailed = -2;
 constexpr int kStopped = -3;
 
 thread_local int t_bytesOfFailedWrite = 0;
+thread_local unsigned t_ownSession = 1;
 
 /// Odd while client and device may have different keys; each even number is another exchange.
 std::atomic<unsigned> s_keyExchange{0};
@@ -166,6 +167,11 @@ unsigned Printer::session()
     return s_keyExchange;
 }
 
+unsigned Printer::ownSession()
+{
+    return t_ownSession;
+}
+
 void Printer::beginKeyExchange()
 {
     s_keyExchange |= 1U;
@@ -173,7 +179,7 @@ void Printer::beginKeyExchange()
 
 void Printer::endKeyExchange()
 {
-    ++s_keyExchange;
+    t_ownSession = ++s_keyExchange;
 }
 
 void Printer::noteFailedWrite(int bytesSent)

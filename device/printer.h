@@ -79,6 +79,9 @@ public:
     /// Another number as soon as keys begin to be exchanged: what was read before may be of a printer that has been
     /// unplugged since. Any thread.
     static unsigned session();
+    /// The session for which the calling thread exchanged the keys itself, the last of them; an odd number, which is
+    /// none, where it never has.
+    static unsigned ownSession();
 
 signals:
     /// The port has just been opened and the key exchanged. Emitted in the thread that called connectUsb().

@@ -159,15 +159,16 @@ PrinterThread::Result PrinterThread::printStoredImage()
     if (m_canceled)
         return canceled;
     const QString connectionFailed = tr("连接失败,请尝试\n1.检查设备是否开启\n2.检查设备是否连接\n3.重新插拔USB");
-    const bool isAnother = g_printerReady && session != Printer::session(); // else the job brings it up itself
-    if (isAnother || !m_printer->connectUsb())
+    const bool isUp = m_printer->connectUsb();
+    const unsigned begun = Printer::session();
+    const bool isAnother = begun != session && begun != Printer::ownSession(); // the job brought none up
+    if (!isUp || isAnother)
         return m_canceled ? canceled : Result{1, connectionFailed};
     if (!isPrintPathAvailable())
         return {1, tr("连接失败,重新启动APP")};
 
     qDebug() << "QxPrintThread::run" << QDateTime::currentSecsSinceEpoch();
     m_lastMove = kMakingDots;
-    const unsigned begun = Printer::session(); // by the job itself, where nobody has before
     const Raster raster = rasterOf(std::move(image), printType);
     const int result = begun == Printer::session() ? sendObserved(raster.bytes.get(), raster.size) : kOtherSession;
     if (m_canceled)

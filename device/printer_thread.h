@@ -34,8 +34,8 @@ public:
     ///                   a byte that does not count, other depths are converted
     /// @param printType  a PrintType; with any other number only pure black is burnt
     void setImage(const QImage& image, int printType);
-    /// The same for a page of a session of the connection (Printer::session()). It fails unsent where the connection is
-    /// up in another one by the time the job runs: the printer that is there may have another head.
+    /// The same for a page of a session of the connection (Printer::session()). It fails unsent where the connection has
+    /// been brought up anew since, unless by the job itself: the printer that is there may have another head.
     void setImage(const QImage& image, int printType, unsigned session);
 
     /// Ends the job that was started last before its next frame, unless it has ended; one that is started later is not

@@ -53,7 +53,7 @@ private slots:
         QCOMPARE(simulatedPrinter().report().paperLines, qint64{0});
     }
 
-    /// Of a printer that is there in its place nothing is known; one that nobody has brought up yet is as it always was.
+    /// Of a printer that is there in its place nothing is known; one that the job itself brings up is as it always was.
     void pageOfAnEarlierSession()
     {
         PrinterThread thread;
@@ -64,6 +64,17 @@ private slots:
             QCOMPARE(runStoredJob(thread), QStringList{isUp ? kNotSent : kSent});
             QCOMPARE(simulatedPrinter().report().paperLines > 0, !isUp);
         }
+        startOver(SimulatedPrinter::Model::K2);
+        thread.setImage(testPicture(384, 8), 1);
+        const auto beginJob = [&](const FrameRecord&) { // which waits for the exchange
+            thread.start();
+            QThread::msleep(100);
+        };
+        const auto connection = connect(&simulatedPrinter(), &SimulatedPrinter::frameReceived, beginJob);
+        QVERIFY(printerConnection()->connectUsb());
+        disconnect(connection);
+        QVERIFY(thread.wait());
+        QCOMPARE(simulatedPrinter().report().paperLines, qint64{0});
     }
 
     /// However soon the receiver, another thread, has mended it.
