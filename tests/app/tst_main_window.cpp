@@ -18,6 +18,7 @@
 
 #include <QAction>
 #include <QFileDialog>
+#include <QFontDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
@@ -317,6 +318,14 @@ private slots:
         }
         QCOMPARE(startedOn.mid(1), (QStringList{good, good})); // the broken one is not remembered
         QCOMPARE(client->page()->editor()->toPlainText().count(QChar::ObjectReplacementCharacter), 2);
+
+        bool asked = false;
+        QTimer::singleShot(0, &client.window(), [&asked] {
+            auto* dialog = qobject_cast<QFontDialog*>(QApplication::activeModalWidget());
+            asked = dialog && dialog->close();
+        });
+        client.click("fontButton");
+        QVERIFY(asked);
     }
 
     /// The screenshot button on a real desktop: the window gives way, the piece of the screen lands in the page, and

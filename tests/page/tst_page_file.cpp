@@ -284,6 +284,8 @@ private slots:
         QCOMPARE(shown, (QStringList{folder(), m_folder->path()}));
         PageContent page;
         QCOMPARE(readPage(path("none.html"), PageOrigin::Anybody, &page), PageFault::CannotRead);
+        QVERIFY(QFile::resize(path("page.html"), kMostFileBytes + 1));
+        QCOMPARE(readPage(path("page.html"), PageOrigin::Anybody, &page), PageFault::TooLarge);
     }
 
     void newPage()
@@ -337,6 +339,18 @@ private slots:
         QVERIFY(!next->editor()->document()->isUndoAvailable());
         QCOMPARE(contentOf(*next->editor()).pictures.value(0).pixelColor(9, 9), QColor(Qt::red));
         QCOMPARE(files(), QStringList({"a.html", "a.html.lock"}));
+    }
+
+    /// The window is closed while a draft is on its way.
+    void closesMeanwhile()
+    {
+        const auto window = client();
+        window->slotsInsertImage(noise(380, 6000)); // takes a while
+        QTRY_VERIFY(!files().isEmpty());            // its lock
+        type(*window, "end");
+        window->writeDraft();
+        QCoreApplication::processEvents();
+        QVERIFY(readFile(draft(0)).contains("end"));
     }
 
     void twoClients()

@@ -252,6 +252,7 @@ private slots:
             UpgradeDialog dialog;
             dialog.startDownload(url, file);
             dialog.show(); // as the offer does then
+            QCoreApplication::processEvents();
             auto* message = shown<QXMessageDialog>();
             QVERIFY(QTest::qWaitForWindowActive(message));
             QCOMPARE(text(message, "label"), QString("参数错误"));
