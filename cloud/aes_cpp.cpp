@@ -156,8 +156,6 @@ void AESCpp::expandKey()
     const auto keyWords = static_cast<std::size_t>(m_keyLength / 4);
     const auto columns = static_cast<std::size_t>(m_blockSize / 4);
     const auto rounds = static_cast<std::size_t>(m_rounds);
-    m_encryptionRoundKeys = {};
-    m_decryptionRoundKeys = {};
     std::array<std::uint32_t, 120> words{};
     for (std::size_t i = 0; i < (rounds + 1) * columns; ++i) {
         if (i < keyWords) {

@@ -82,6 +82,5 @@ void separateMovedPictures(QTextEdit& editor, int from, int to)
             kept.setPosition(caret);
             editor.setTextCursor(kept);
         }
-        block = document.findBlock(picture + 1);
     }
 }
