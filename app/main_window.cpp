@@ -74,7 +74,6 @@ MainWindow::MainWindow(QWidget* parent)
     createThreads();
     createPages();
     connectButtons();
-    showPrintState();
 }
 
 MainWindow::~MainWindow() = default;

@@ -51,7 +51,6 @@ PrintProgress::PrintProgress(QWidget* below)
     m_bar->setStyleSheet(QString::fromLatin1(kBarStyle));
     m_cancelButton->setFocusPolicy(Qt::NoFocus); // the caret stays in the page
     m_cancelButton->setAttribute(Qt::WA_Hover);
-    setCursor(Qt::ArrowCursor);
     m_delay.setSingleShot(true);
     m_delay.setInterval(kDelayMs);
     connect(&m_delay, &QTimer::timeout, this, [this] {

@@ -3,7 +3,6 @@
 #include "content/page/page_file.h"
 #include "tests/files.h"
 
-#include <QApplication>
 #include <QTemporaryDir>
 
 #include <cstdlib>
@@ -13,15 +12,13 @@
 
 namespace {
 
-QTemporaryDir* s_folder = nullptr;
-
 void require(bool condition)
 {
     if (!condition)
         std::abort();
 }
 
-void openAndWriteBack(const QString& file, PageOrigin origin)
+void openAndWriteBack(const QString& file, const QString& copy, PageOrigin origin)
 {
     PageContent page;
     if (readPage(file, origin, &page) != PageFault::None)
@@ -29,7 +26,6 @@ void openAndWriteBack(const QString& file, PageOrigin origin)
     PageEditor editor;
     replacePage(editor, page);
     const PageContent shown = contentOf(editor);
-    const QString copy = s_folder->filePath(QStringLiteral("copy"));
     require(PageWriter().write(shown, copy).isEmpty());
     PageContent back;
     require(readPage(copy, PageOrigin::Client, &back) == PageFault::None);
@@ -41,18 +37,12 @@ void openAndWriteBack(const QString& file, PageOrigin origin)
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
-{
-    static QApplication app(*argc, *argv);
-    s_folder = new QTemporaryDir;
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size)
 {
-    const QString file = s_folder->filePath(QStringLiteral("page"));
+    static const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("page")), copy = folder.filePath(QStringLiteral("copy"));
     require(writeFile(file, {reinterpret_cast<const char*>(bytes), static_cast<int>(size)}));
-    openAndWriteBack(file, PageOrigin::Client);
-    openAndWriteBack(file, PageOrigin::Anybody);
+    openAndWriteBack(file, copy, PageOrigin::Client);
+    openAndWriteBack(file, copy, PageOrigin::Anybody);
     return 0;
 }

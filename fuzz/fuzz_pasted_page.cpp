@@ -2,16 +2,9 @@
 #include "content/page/pasted_page.h"
 #include "content/page/sheet_pictures.h"
 
-#include <QApplication>
 #include <QTextDocumentFragment>
 
 // Any HTML can be pasted, copied out of the page, and pasted a second time.
-
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
-{
-    static QApplication app(*argc, *argv);
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size)
 {

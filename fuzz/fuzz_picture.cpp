@@ -1,18 +1,10 @@
 #include "content/page/picture_file.h"
 
 #include <QByteArray>
-#include <QGuiApplication>
 
 #include <cstdlib>
 
 // Any bytes are a picture that keeps to the limit, or none.
-
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
-{
-    static QGuiApplication app(*argc, *argv);
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size)
 {

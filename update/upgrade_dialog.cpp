@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -78,7 +79,7 @@ void UpgradeDialog::setSilenceLimitMs(int ms)
 
 void UpgradeDialog::onRestart()
 {
-    if (!checkArguments() || !m_manager)
+    if (!checkArguments()) // with which there is a manager
         return;
     m_started = true;
     m_manager->downloadFile(m_url, m_fileName);
@@ -179,9 +180,8 @@ void UpgradeDialog::done(int result)
 
 void UpgradeDialog::giveUp()
 {
-    if (m_started)
+    if (std::exchange(m_started, false))
         m_manager->reset();
-    m_started = false;
 }
 
 void UpgradeDialog::changeEvent(QEvent* event)

@@ -15,15 +15,12 @@ HMBaseWindow::HMBaseWindow(QWidget* parent)
     m_titleBar->move(0, 0);
 }
 
-void HMBaseWindow::paintEvent(QPaintEvent* event)
+void HMBaseWindow::paintEvent(QPaintEvent*)
 {
     QPainterPath path;
     path.setFillRule(Qt::WindingFill);
     path.addRoundedRect(0, 0, width(), height(), 3.0, 3.0);
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.fillPath(path, QBrush(QColor(238, 223, 204)));
-    }
-    QWidget::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.fillPath(path, QBrush(QColor(238, 223, 204)));
 }

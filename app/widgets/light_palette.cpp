@@ -7,7 +7,6 @@ QPalette lightPalette()
         palette.setColor(role, QColor(0x2b, 0x2f, 0x36));
         palette.setColor(QPalette::Disabled, role, QColor(0xb6, 0xbb, 0xc2));
     }
-    palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::Highlight, QColor(0xd9, 0xe8, 0xfa));
     palette.setColor(QPalette::HighlightedText, Qt::black);
     return palette;

@@ -53,8 +53,7 @@ void StripButton::paintEvent(QPaintEvent* event)
         QPushButton::paintEvent(event);
         return;
     }
-    QPixmap strip = dense ? m_dense : QPixmap(m_strip);
-    strip.setDevicePixelRatio(1);
+    const QPixmap strip = dense ? m_dense : QPixmap(m_strip);
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform); // for densities other than 2
     painter.setOpacity(isPale() ? kPale : 1);

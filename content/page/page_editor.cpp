@@ -188,7 +188,6 @@ void PageEditor::insertFromMimeData(const QMimeData* source)
     } else if (source->hasHtml()) {
         QTextCursor cursor = textCursor();
         cursor.insertFragment(pastedText(source->html(), *document(), PictureRoom::of(*this)));
-        setTextCursor(cursor);
         ensureCursorVisible();
     } else if (source->hasText()) {
         QMimeData words; // alone: Qt knows one more format of rich text, and would fetch what that names

@@ -59,11 +59,9 @@ void TestDeviceCommandWindow::append(const QString& lines)
 {
     QTextCursor cursor(m_ui->log->document());
     cursor.movePosition(QTextCursor::End);
-    cursor.beginEditBlock(); // one layout for all its lines
     if (!m_ui->log->document()->isEmpty())
         cursor.insertBlock();
     cursor.insertText(lines);
-    cursor.endEditBlock();
     m_ui->log->moveCursor(QTextCursor::End);
 }
 

@@ -310,6 +310,7 @@ private slots:
         for (auto* button : window.findChildren<QAbstractButton*>() + tools->findChildren<QAbstractButton*>()) {
             if (!button->isVisible() || !(button->text().isEmpty() || qobject_cast<GlyphButton*>(button)))
                 continue;
+            QVERIFY(!qobject_cast<GlyphButton*>(button) || button->focusPolicy() == Qt::NoFocus);
             const QSignalBlocker unheard(button);
             for (int state = 0; state < 16; ++state) {
                 QWidget* under = button->window();

@@ -93,6 +93,7 @@ private slots:
         QCOMPARE(only({{0, 100}}), (Levels{254, 0, 0, 0}));
         QCOMPARE(only({{100, 64}}), (Levels{254, 0, 0, 100}));
         QCOMPARE(only({{50, 10}, {200, 10}}), (Levels{199, 0, 108, 125}));
+        QCOMPARE(only({{34, 2}, {35, 2}}).first(), 34); // no spread to spare
         QCOMPARE(only({{0, 10}, {40, 50}, {200, 40}}), (Levels{199, 0, 99, 100}));
         QCOMPARE(only({{20, 3}, {130, 4}, {240, 3}}), (Levels{129, 20, 148, 130})); // a tie, but for rounding
         QCOMPARE(thresholds([](int i) { return i * 7919 % 101; }), (Levels{126, 127, 103, 127}));
@@ -101,6 +102,9 @@ private slots:
         QCOMPARE(only({{17, 35287010}, {30, 1}, {47, 29597175}}), (Levels{46, 17, 29, 30}));
         // The sum of 2,550,000,000 reads as −1,744,967,296.
         QCOMPARE(only({{255, 10000000}}), (Levels{254, 0, 0, -174}));
+        Bytes dots{0, 255};
+        imaging::thresholdBytes(dots.data(), 2, -174); // at which nothing is black
+        QCOMPARE(dots, (Bytes{255, 255}));
         // More pixels than any picture has: 2^32 + 1 read as one, whose mean is no level.
         QCOMPARE(only({{0, -9999999}, {200, 10000000}}).mid(2), (Levels{0, 2000000000}));
     }

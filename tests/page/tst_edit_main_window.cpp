@@ -453,6 +453,7 @@ private slots:
             QCOMPARE(editor()->verticalScrollBar()->value() > 0, under != sizeBox());
         }
         QCOMPARE(sizeBox()->currentText(), QString("20"));
+        QCOMPARE(sizeBox()->maxVisibleItems(), sizeBox()->count());
     }
 
     void fontDialog()
@@ -490,6 +491,8 @@ private slots:
         for (QAction* each :
              {m_window->fontAction(), m_window->pictureAction(), m_window->captureAction(), m_window->printAction()})
             QVERIFY(menu->actions().contains(each));
+        const auto all = menu->actions();
+        QCOMPARE(std::count_if(all.begin(), all.end(), [](QAction* each) { return each->isSeparator(); }), 7);
         for (const auto id : {EditorActions::Undo, EditorActions::Copy, EditorActions::Paste})
             QVERIFY(menu->actions().contains(action(id)) && !action(id)->isEnabled());
         menu.reset();

@@ -191,7 +191,7 @@ private slots:
         QTest::newRow("coded") << deflate + "\r\n" + coded << QByteArray();
         QTest::newRow("coded, cut") << deflate + "Content-Length: 400000\r\n\r\n" + coded.left(50000) << QByteArray();
         QTest::newRow("body") << ok + "\r\n" << large;
-        QTest::newRow("10 TB") << ok + "Content-Length: 10000000000000\r\n\r\n" << QByteArray("x");
+        QTest::newRow("2 GB") << ok + "Content-Length: 2147483649\r\n\r\n" << QByteArray("x");
         QTest::newRow("headers") << ok << "X: " + large + "\r\n";
         QTest::newRow("continue") << QByteArray() << QByteArray("HTTP/1.1 100 \r\n\r\n").repeated(1000);
         QTest::newRow("line of a chunk") << chunked + "5;" << large;
@@ -206,7 +206,8 @@ private slots:
         writeFile(folder.filePath("a.exe"), kOld);
         auto download = std::make_unique<Download>();
         download->setSilenceLimitMs(900);
-        download->setSizeLimit(100000000);
+        if (!head.contains("2147483649")) // a byte more than usual
+            download->setSizeLimit(100000000);
         QTimer::singleShot(100, download.get(), [] { QThread::msleep(500); }); // for a slow disk
         QCOMPARE(download->run(server.address(), folder.filePath("a.exe")), QList<int>{kError});
         const RawServer another(head, piece, piece.isEmpty() ? 0 : -1); // the first one may still send

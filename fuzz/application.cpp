@@ -1,0 +1,7 @@
+#include <QApplication>
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    static QApplication app(*argc, *argv);
+    return 0;
+}
