@@ -259,7 +259,7 @@ private slots:
             QCOMPARE(message->windowTitle() + text(message, "label"), dialog.windowTitle() + "参数错误");
             message->close();
             click(&dialog, "buttonRestart");
-            QVERIFY(shown<QXMessageDialog>());
+            QVERIFY(shown<QXMessageDialog>() && !(dialog.windowFlags() & Qt::WindowContextHelpButtonHint));
             shown<QXMessageDialog>()->close();
         }
     }
