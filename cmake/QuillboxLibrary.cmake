@@ -179,7 +179,7 @@ function(quillbox_test_environment name label)
         string(APPEND thread_options ":ignore_interceptors_accesses=1")
     endif()
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "\
-QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=verify_asan_link_order=0:quarantine_size_mb=32;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test_config/${name};\
+QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=verify_asan_link_order=0;LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test_config/${name};\
 XDG_DATA_HOME=${CMAKE_BINARY_DIR}/test_data/${name};\
 LSAN_OPTIONS=suppressions=${suppressions}/lsan.txt:print_suppressions=0;\
 TSAN_OPTIONS=${thread_options};UBSAN_OPTIONS=print_stacktrace=1")

@@ -188,6 +188,7 @@ void PageEditor::insertFromMimeData(const QMimeData* source)
     } else if (source->hasHtml()) {
         QTextCursor cursor = textCursor();
         cursor.insertFragment(pastedText(source->html(), *document(), PictureRoom::of(*this)));
+        setTextCursor(cursor); // with the column that Up and Down keep
         ensureCursorVisible();
     } else if (source->hasText()) {
         QMimeData words; // alone: Qt knows one more format of rich text, and would fetch what that names

@@ -411,6 +411,7 @@ private slots:
         row("", "Ctrl+B 'ab + 'cd", "ab20B #000000B cd20B BL");
         row("", "Ctrl+B 'ab Ctrl+B + Ctrl+A", "ab20B #000000 BL");                // pictures have no weight
         row("<img src='data:,P1 1 1 1'>", "Ctrl+A Ctrl+X Ctrl+V", "#000000x1 L"); // keeps its size
+        row("", "'ab Ctrl+A Ctrl+C End Return Ctrl+V Up 'x", "abx20 ab20 L");     // up from where the paste ended
         row("", "'abc Ctrl+P @Ctrl+Z @Ctrl+Z", "L"); // a print is nothing to be undone, and forgets nothing
         row("", "'a @Ctrl+Z @Ctrl+Y @Ctrl+Shift+Z 'b @Ctrl+Z Ctrl+Y", "ab20 L"); // the button has either key
 
